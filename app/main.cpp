@@ -1,0 +1,70 @@
+// raveloutils: the companion utility program of the Kalmodyn modeller.
+// Started with one command word, it opens the one utility the word names.
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "platform/paths.hpp"
+#include "startup/program.hpp"
+#include "startup/run.hpp"
+
+namespace {
+
+constexpr const char* kUsage =
+    "usage: raveloutils [WORD [ARGUMENTS...]]\n"
+    "       raveloutils FILE [COUNT]\n"
+    "       raveloutils --window NAME\n"
+    "\n"
+    "Started without a word, the program shows its main menu. Command words:\n"
+    "  ravelodelfile FILE|PATTERN       delete a file, or every file a pattern names\n"
+    "The modeller's other words (fileconv, calculx, logtohtm, updtmol, readurl, ravelobatch,\n"
+    "inventory, slideshow) are accepted; a word whose utility this build does not offer does\n"
+    "nothing. A bare FILE whose name ends in a structure type starts the file converter.\n"
+    "\n"
+    "Options:\n"
+    "  --window NAME   show one window of the program by its name (e.g. RaveloUtils)\n"
+    "  --help          show this text\n"
+    "  --version       show the version line\n"
+    "\n"
+    "Environment:\n"
+    "  RAVELO_DRIVE_C     host folder of drive C: (default ~/.local/share/ravelo/drive_c);\n"
+    "                     RAVELO_DRIVE_<L> maps any drive letter; Z: is the host root\n"
+    "  TEMP               temporary folder (converter logs in TEMP/Ravelo); default TMPDIR, /tmp\n"
+    "  RAVELO_UI          headless or script (default headless)\n"
+    "  RAVELO_SCRIPT      script file for RAVELO_UI=script (default standard input)\n"
+    "  RAVELO_WAIT_SCALE  multiplies every timed pause (0 skips them)\n"
+    "\n"
+    "Exit status: 0 normal end, 1 installation not found, 2 usage error, 3 run-time error.\n";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::string window;
+    int first = 1;
+    if (argc > 1) {
+        if (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0) {
+            std::fputs(kUsage, stdout);
+            return ravelo::kExitNormal;
+        }
+        if (std::strcmp(argv[1], "--version") == 0) {
+            std::printf("%s\n", ravelo::VersionLine().c_str());
+            return ravelo::kExitNormal;
+        }
+        if (std::strcmp(argv[1], "--window") == 0) {
+            if (argc != 3) {
+                std::fputs("raveloutils: --window takes one window name\n", stderr);
+                return ravelo::kExitUsage;
+            }
+            window = argv[2];
+            first = argc;
+        } else if (std::strncmp(argv[1], "--", 2) == 0) {
+            std::fprintf(stderr, "raveloutils: unknown option %s (try --help)\n", argv[1]);
+            return ravelo::kExitUsage;
+        }
+    }
+    const std::string commandLine = ravelo::platform::JoinCommandLine(argc, argv, first);
+
+    ravelo::Program program(ravelo::ServicesFromEnvironment());
+    ravelo::RegisterStartupWindows(program);
+    return ravelo::RunProgram(program, commandLine, window);
+}

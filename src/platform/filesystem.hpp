@@ -1,0 +1,103 @@
+// The file services of the program over Windows-form paths: existence, length
+// and attributes, delete, copy, rename, directory search with wildcards,
+// folders, and sequential files. Names are looked up case-insensitively, as
+// on Windows; new files get the case given. Refusals of the host become the
+// classic errors: a missing file 53, a missing folder 76, anything else
+// (permission, a folder in the way, a NUL byte, a full disk) 75.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/paths.hpp"
+#include "runtime/sequential.hpp"
+
+namespace ravelo::platform {
+
+// A file being replaced piece by piece, for contents too large to hold in
+// memory: the new content goes through File() into a temporary file in the
+// target's folder, and Commit() makes it durable and renames it over the
+// target. Dropped without Commit, the temporary file is removed and the
+// target stays as it was.
+class Replacement {
+public:
+    Replacement(Replacement&& other) noexcept;
+    Replacement& operator=(Replacement&& other) noexcept;
+    ~Replacement();
+
+    OutputFile& File() { return file_; }
+    // Failures (a full disk, a refused rename) raise 75; the target is then
+    // unchanged.
+    void Commit();
+
+private:
+    friend class FileSystem;
+    Replacement(OutputFile file, std::shared_ptr<bool> discard, std::string tempPath,
+                std::string targetPath);
+    void Abandon() noexcept;
+
+    OutputFile file_;
+    std::shared_ptr<bool> discard_;   // tells the sink to drop what is left
+    std::string tempPath_;
+    std::string targetPath_;
+};
+
+class FileSystem {
+public:
+    explicit FileSystem(DriveMap drives);
+
+    const DriveMap& Drives() const { return drives_; }
+
+    // The current directory, Windows form ("Z:\home\user"); starts as the
+    // process's working directory.
+    std::string CurDir() const { return currentDir_; }
+    // Changes the current directory (and drive); a missing folder raises 76.
+    void ChDir(std::string_view winPath);
+
+    // The host path of a Windows-form path: each existing component found
+    // case-insensitively, missing components kept as given.
+    std::string HostPath(std::string_view winPath) const;
+
+    bool Exists(std::string_view path) const;       // a file (not a folder)
+    bool DirExists(std::string_view path) const;
+    // Length in bytes; a missing file raises 53.
+    std::int64_t FileLen(std::string_view path) const;
+    // The read-only attribute (bit 0 of the classic attributes).
+    bool ReadOnly(std::string_view path) const;
+
+    void Kill(std::string_view path);                // 53 when missing
+    void FileCopy(std::string_view from, std::string_view to);
+    void Name(std::string_view from, std::string_view to);   // rename
+    void MkDir(std::string_view path);
+    // Creates every missing folder of the path.
+    void MkDirs(std::string_view path);
+
+    // Names (not paths) of the files that a pattern names: the folder part of
+    // the pattern, then a name with "*" and "?" matched case-insensitively.
+    // Sorted in plain byte order. A pattern without wildcards names at most
+    // its own file. A missing folder gives no names.
+    std::vector<std::string> Dir(std::string_view pattern) const;
+    // Sub-folder names of a folder, sorted, "." and ".." left out.
+    std::vector<std::string> SubDirs(std::string_view folder) const;
+
+    InputFile OpenInput(std::string_view path) const;   // 53 when missing
+    OutputFile OpenOutput(std::string_view path);       // created or emptied
+    OutputFile OpenAppend(std::string_view path);       // created when missing
+
+    // Replaces the file at `path` with `content` so that a kill at any instant
+    // leaves the old file or the new one whole: written to a temporary file in
+    // the same folder, flushed, then renamed over the target.
+    void ReplaceFile(std::string_view path, std::string_view content);
+    // The same in steps: write through the result's File(), then Commit().
+    Replacement OpenReplacement(std::string_view path);
+
+private:
+    DriveMap drives_;
+    std::string currentDir_;
+};
+
+}  // namespace ravelo::platform

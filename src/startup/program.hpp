@@ -1,0 +1,104 @@
+// The program-wide values and services. One Program object holds what every
+// routine shares: the values set at start-up, the host services (files,
+// clock, shell, windows), and the windows themselves. Routines take it first.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/filesystem.hpp"
+#include "platform/host.hpp"
+#include "ui/host.hpp"
+
+namespace ravelo {
+
+class Program;
+
+// A utility that a command word (or a main-menu label) opens.
+using Utility = std::function<void(Program&)>;
+// Makes a window of the program by its design name.
+using WindowFactory = std::function<std::unique_ptr<ui::Form>(Program&)>;
+
+struct Services {
+    std::unique_ptr<platform::FileSystem> files;
+    std::unique_ptr<platform::Clock> clock;
+    std::unique_ptr<ui::UiHost> ui;
+    std::unique_ptr<platform::Shell> shell;
+    platform::Environment environment;
+    double waitScale = 1;   // multiplies every timed pause; 0 skips them
+};
+
+class Program {
+public:
+    explicit Program(Services services);
+    ~Program();
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    platform::FileSystem& fs;
+    platform::Clock& clock;
+    ui::UiHost& ui;
+    platform::Shell& shell;
+    const platform::Environment& env;
+    const double waitScale;
+
+    // Values set at start-up.
+    std::string TempDir;
+    std::string InstallDrive;
+    std::string ModellerExe;
+    std::string CommandWord;
+    std::string CommandTail;
+    std::int32_t LibraryCount = 0;
+    std::string ElementSymbols;
+    std::string FileTypes;
+    double DegToRad = 0;
+    std::string WaitFlag;
+    std::string YesText = "Yea";
+    std::string NoText = "Nay";
+    std::string TrueText = "T";
+    std::string FalseText = "F";
+    std::string EmptyText;
+    std::string SelectFilePrompt;     // "Select a File Above to Process"
+    std::string IdentifyFilePrompt;   // "Identify the target file using ..."
+    std::int32_t ZeroValue = 0;       // set to 0 at start-up and never changed
+    // The batch window's program label, set when the modeller is found.
+    std::string ModellerLabel;
+
+    // Utilities by command word ("calculx", "fileconv", ...). A word without
+    // an entry is not offered by this build.
+    std::map<std::string, Utility> utilities;
+    // Windows by design name; created on first use, kept until the end.
+    void RegisterWindow(std::string name, WindowFactory factory);
+    bool HasWindow(std::string_view name) const;
+    // The window of that name (created on first use); a name without a
+    // factory raises 9.
+    ui::Form& Window(std::string_view name);
+    template <class T>
+    T& Window(std::string_view name) {
+        return static_cast<T&>(Window(name));
+    }
+    // The window if it has been created, else nullptr.
+    ui::Form* ExistingWindow(std::string_view name) const;
+
+    // Lets pending events be processed once (one turn of a waiting loop).
+    void DoEvents();
+
+private:
+    std::unique_ptr<platform::FileSystem> files_;
+    std::unique_ptr<platform::Clock> clock_;
+    std::unique_ptr<ui::UiHost> ui_;
+    std::unique_ptr<platform::Shell> shell_;
+    platform::Environment environment_;
+    std::map<std::string, WindowFactory> factories_;        // by lower-case name
+    std::map<std::string, std::unique_ptr<ui::Form>> windows_;
+};
+
+// The program's title and its version line.
+inline constexpr std::string_view kProgramTitle = "RaveloUtils";
+std::string VersionLine();
+
+}  // namespace ravelo

@@ -1,0 +1,119 @@
+// Start-up and command dispatch.
+#include "startup/raveloutilx.hpp"
+
+#include "runtime/error.hpp"
+#include "runtime/number.hpp"
+#include "runtime/text.hpp"
+#include "startup/main_window.hpp"
+#include "startup/shared.hpp"
+
+namespace ravelo {
+namespace {
+
+void SetProgramValues(Program& p) {
+    p.EmptyText.clear();
+    p.YesText = "Yea";
+    p.NoText = "Nay";
+    p.ZeroValue = 0;
+    p.LibraryCount = 0;
+    p.TrueText = "T";
+    p.FalseText = "F";
+    p.SelectFilePrompt = "Select a File Above to Process";
+    p.IdentifyFilePrompt =
+        "Identify the target file using the directory explorer below, and then click the go button.";
+    // Six decimals of pi, not more: every angle the program converts uses it.
+    p.DegToRad = 3.141592 / 180;
+}
+
+// The first environment string "TEMP=..." gives TempDir as it stands.
+void FindTempDir(Program& p) {
+    for (std::size_t i = 1;; ++i) {
+        const std::string entry = p.env.At(i);
+        if (entry.empty()) break;
+        if (Left(entry, 5) == "TEMP=") {
+            p.TempDir = p.env.Get("TEMP");
+            break;
+        }
+    }
+    if (p.TempDir.empty()) GetTempDir(p);
+}
+
+ui::Form& MainWindow(Program& p) { return p.Window(RaveloUtils::kName); }
+
+}  // namespace
+
+void ReadCommandLine(Program& p, const std::string& commandLine) {
+    if (!Contains(commandLine, " ")) {
+        if (Contains(p.FileTypes, LCase(Right(commandLine, 3)))) {
+            p.CommandTail = commandLine;
+            p.CommandWord = "FileConv";
+        } else {
+            p.CommandWord = Trim(commandLine);
+            p.CommandTail.clear();
+        }
+    } else {
+        // A last word of one character whose value is not 0 is a library count.
+        for (std::size_t i = commandLine.size(); i >= 1; --i) {
+            if (commandLine[i - 1] != ' ') continue;
+            const std::string last = Mid(commandLine, static_cast<long long>(i));
+            if (last.size() < 3 && Val(last) != 0) {
+                p.LibraryCount = ToInt32(Val(last));
+                break;
+            }
+        }
+        p.CommandTail = Trim(TextFrom(commandLine, " "));
+        p.CommandWord = Trim(TextBefore(commandLine, " "));
+    }
+    if (Contains(p.CommandWord, "*") || Contains(p.CommandWord, "?")) {
+        std::string dir;
+        GetFilePath(p.CommandWord, dir);
+        const auto matches = p.fs.Dir(p.CommandWord);
+        p.CommandWord = dir + (matches.empty() ? std::string() : matches.front());
+    }
+}
+
+void Main(Program& p, const std::string& commandLine, std::string_view window) {
+    SetProgramValues(p);
+    if (p.InstallDrive.empty()) CheckInstallation(p);
+    FindTempDir(p);
+    ClearFilConvLogs(p);
+    p.ElementSymbols = kElementSymbols;
+    p.FileTypes = kFileTypes;
+    p.LibraryCount = 0;
+
+    p.CommandWord = Trim(commandLine);
+    if (p.CommandWord.empty()) {
+        p.ui.Show(window.empty() ? MainWindow(p) : p.Window(window), false);
+        return;
+    }
+    ReadCommandLine(p, p.CommandWord);
+    DispatchCommand(p);
+    if (p.LibraryCount == 0) WaitSeconds(p, 1.0);
+
+    // A hidden main window is unloaded, which ends the program unless a
+    // window that the command showed is still open.
+    ui::Form* main = p.ExistingWindow(RaveloUtils::kName);
+    if (main && main->Visible()) return;
+    if (main) p.ui.Unload(*main);
+    if (!p.ui.AnyWindowVisible()) EndProgram(0);
+}
+
+void DispatchCommand(Program& p) {
+    p.CommandWord = LCase(Trim(p.CommandWord));
+    if (p.CommandWord == "ravelodelfile") {
+        DeleteFileByCommand(p);
+        return;
+    }
+    if (auto utility = p.utilities.find(p.CommandWord); utility != p.utilities.end()) {
+        utility->second(p);
+        return;
+    }
+    ui::Form* main = p.ExistingWindow(RaveloUtils::kName);
+    if (main && main->Visible()) {
+        (*main)["Label10"].SetCaption(std::string(kNotOffered));
+        p.ui.Refresh(*main);
+        WaitSeconds(p, 5.0);
+    }
+}
+
+}  // namespace ravelo

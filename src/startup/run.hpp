@@ -1,0 +1,36 @@
+// Running the program as a process: the services of the host, the windows
+// and utilities of this build, and the run itself with its exit status.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+#include "startup/program.hpp"
+
+namespace ravelo {
+
+// Exit statuses of a run.
+enum ExitStatus : int {
+    kExitNormal = 0,
+    kExitInstallation = 1,   // the installation was not found
+    kExitUsage = 2,          // a bad option or window name
+    kExitRuntimeError = 3,   // a run-time error ended the program
+};
+
+// Services for a process: drives and environment from the environment, the
+// system clock and shell, and the user-interface host that RAVELO_UI names
+// ("headless" or "script"; the script comes from RAVELO_SCRIPT or standard
+// input).
+Services ServicesFromEnvironment();
+
+// Registers the start-up's own windows (and later the utilities' windows
+// and command words) with a program.
+void RegisterStartupWindows(Program& p);
+
+// Runs start-up with `commandLine` (or shows `window`), then keeps the
+// program alive while a window is open. Returns the exit status; a run-time
+// error is reported through the host ("Run-time error 'N':" and its text).
+int RunProgram(Program& p, const std::string& commandLine, std::string_view window = {});
+
+}  // namespace ravelo

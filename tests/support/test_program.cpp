@@ -1,0 +1,153 @@
+#include "support/test_program.hpp"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+#include "startup/run.hpp"
+#include "ui/script_host.hpp"
+
+extern char** environ;
+
+namespace ravelo::test {
+
+TempFolder::TempFolder() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "ravelo-test-XXXXXX").string();
+    if (!mkdtemp(pattern.data())) throw std::runtime_error("mkdtemp failed");
+    path_ = pattern;
+}
+
+TempFolder::~TempFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+}
+
+TestProgram::TestProgram(const std::string& script, double waitScale, std::vector<std::string> environment) {
+    std::filesystem::create_directories(DriveC());
+    std::filesystem::create_directories(Temp());
+    out_ = open_memstream(&outBuffer_, &outSize_);
+
+    platform::DriveMap drives({{'C', DriveC().string()}, {'Z', "/"}});
+    Services services;
+    if (environment.empty()) environment = {"HOME=/root", "TEMP=" + drives.ToWindows(Temp().string())};
+    services.environment = platform::Environment(std::move(environment));
+    services.files = std::make_unique<platform::FileSystem>(std::move(drives));
+    auto clock = std::make_unique<FakeClock>();
+    clock_ = clock.get();
+    services.clock = std::move(clock);
+    services.ui = std::make_unique<ui::ScriptHost>(std::make_unique<std::istringstream>(script), out_);
+    services.shell = std::make_unique<platform::SystemShell>();
+    services.waitScale = waitScale;
+    program_ = std::make_unique<Program>(std::move(services));
+    RegisterStartupWindows(*program_);
+}
+
+TestProgram::~TestProgram() {
+    program_.reset();
+    std::fclose(out_);
+    std::free(outBuffer_);
+}
+
+void TestProgram::Install() {
+    Write("C:\\programdata\\ravelo\\ravelodrive.dat", "\"Kalmodyn\",\"2026\",\"C:\"\r\n");
+    Write("C:\\ravelo\\Kalmodyn.Exe", "stand-in for the modeller executable\r\n");
+    std::filesystem::create_directories(DriveC() / "dmor");
+}
+
+std::filesystem::path TestProgram::Host(const std::string& winPath) const {
+    std::string rest = winPath.substr(winPath.rfind(':') + 1);
+    for (char& c : rest)
+        if (c == '\\') c = '/';
+    return DriveC() / rest.substr(rest.find_first_not_of('/'));
+}
+
+void TestProgram::Write(const std::string& winPath, const std::string& bytes) const {
+    WriteHostFile(Host(winPath), bytes);
+}
+
+std::string TestProgram::Read(const std::string& winPath) const { return ReadHostFile(Host(winPath)); }
+
+bool TestProgram::Exists(const std::string& winPath) const { return std::filesystem::exists(Host(winPath)); }
+
+int TestProgram::Run(const std::string& commandLine, const std::string& window) {
+    return RunProgram(*program_, commandLine, window);
+}
+
+std::string TestProgram::Output() {
+    std::fflush(out_);
+    return std::string(outBuffer_, outSize_);
+}
+
+std::string ReadHostFile(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return {};
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    return bytes.str();
+}
+
+void WriteHostFile(const std::filesystem::path& path, const std::string& bytes) {
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out << bytes;
+}
+
+
+ProcessResult RunBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
+                        const std::string& input, const std::filesystem::path& cwd) {
+    const char* binary = std::getenv("RAVELO_BINARY");
+    if (!binary) throw std::runtime_error("RAVELO_BINARY is not set");
+    TempFolder io;
+    const auto inPath = io.Path() / "in", outPath = io.Path() / "out", errPath = io.Path() / "err";
+    WriteHostFile(inPath, input);
+
+    std::map<std::string, std::string> merged;
+    for (char** e = environ; *e; ++e) {
+        std::string entry = *e;
+        const auto eq = entry.find('=');
+        if (eq != std::string::npos) merged[entry.substr(0, eq)] = entry.substr(eq + 1);
+    }
+    for (const auto& [name, value] : env) merged[name] = value;
+    std::vector<std::string> envStrings;
+    for (const auto& [name, value] : merged) envStrings.push_back(name + "=" + value);
+    std::vector<char*> envp;
+    for (auto& s : envStrings) envp.push_back(s.data());
+    envp.push_back(nullptr);
+
+    std::vector<std::string> argStrings{binary};
+    argStrings.insert(argStrings.end(), args.begin(), args.end());
+    std::vector<char*> argv;
+    for (auto& s : argStrings) argv.push_back(s.data());
+    argv.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 0, inPath.c_str(), O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    posix_spawn_file_actions_addopen(&actions, 2, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    const std::string dir = cwd.empty() ? std::filesystem::current_path().string() : cwd.string();
+    // The child starts in the working folder.
+    pid_t pid = 0;
+    const std::filesystem::path previous = std::filesystem::current_path();
+    std::filesystem::current_path(dir);
+    const int spawned = posix_spawn(&pid, binary, &actions, nullptr, argv.data(), envp.data());
+    std::filesystem::current_path(previous);
+    posix_spawn_file_actions_destroy(&actions);
+    if (spawned != 0) throw std::runtime_error("cannot start raveloutils");
+    int status = 0;
+    waitpid(pid, &status, 0);
+
+    ProcessResult result;
+    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    result.out = ReadHostFile(outPath);
+    result.err = ReadHostFile(errPath);
+    return result;
+}
+
+}  // namespace ravelo::test

@@ -1,0 +1,91 @@
+// A fresh program for a test: a temporary drive C, a temporary TEMP folder,
+// a fake clock, the real shell, and the script host with the test's script.
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "startup/program.hpp"
+
+namespace ravelo::test {
+
+// A clock that stands still until a waiting loop idles; then it moves on
+// 10 ms a turn.
+class FakeClock final : public platform::Clock {
+public:
+    std::uint32_t Millis() override { return millis; }
+    double Timer() override { return 43200 + millis / 1000.0; }
+    platform::Date Today() override { return {2026, 11, 22}; }
+    void Idle() override { millis += 10; }
+    std::uint32_t millis = 0;
+};
+
+// A folder under the system's temporary folder, removed with its contents.
+class TempFolder {
+public:
+    TempFolder();
+    ~TempFolder();
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+    const std::filesystem::path& Path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
+class TestProgram {
+public:
+    // `script`: the script host's commands, one a line. `environment`: the
+    // environment strings (default: HOME and a TEMP naming Temp()).
+    explicit TestProgram(const std::string& script = {}, double waitScale = 1,
+                         std::vector<std::string> environment = {});
+    ~TestProgram();
+
+    Program& program() { return *program_; }
+    FakeClock& clock() { return *clock_; }
+    // Host folders of drive C and of TEMP.
+    std::filesystem::path DriveC() const { return root_.Path() / "drive_c"; }
+    std::filesystem::path Temp() const { return root_.Path() / "temp"; }
+
+    // The installation that start-up looks for: the drive file naming C:,
+    // the modeller's executable, and the database folder.
+    void Install();
+    // Host path of a Windows-form path on drive C ("C:\\x\\y").
+    std::filesystem::path Host(const std::string& winPath) const;
+    void Write(const std::string& winPath, const std::string& bytes) const;
+    std::string Read(const std::string& winPath) const;
+    bool Exists(const std::string& winPath) const;
+
+    // Runs the program with a command line; returns the exit status.
+    int Run(const std::string& commandLine, const std::string& window = {});
+    // What the script host printed so far.
+    std::string Output();
+
+private:
+    TempFolder root_;
+    char* outBuffer_ = nullptr;
+    std::size_t outSize_ = 0;
+    std::FILE* out_ = nullptr;
+    FakeClock* clock_ = nullptr;
+    std::unique_ptr<Program> program_;
+};
+
+// Runs the built raveloutils (from RAVELO_BINARY) with arguments, extra
+// environment variables and standard input.
+struct ProcessResult {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+ProcessResult RunBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
+                        const std::string& input = {}, const std::filesystem::path& cwd = {});
+
+// Bytes of a host file ("" when missing).
+std::string ReadHostFile(const std::filesystem::path& path);
+void WriteHostFile(const std::filesystem::path& path, const std::string& bytes);
+
+}  // namespace ravelo::test
