@@ -1,0 +1,201 @@
+// The standard number text and the leading-number parser. Both go through
+// <charconv>: the Qt host sets the user's locale at start-up, and a
+// locale-dependent snprintf or strtod would then write and read decimal
+// commas.
+#include "runtime/number.hpp"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <system_error>
+
+#include "runtime/error.hpp"
+
+namespace ravelo {
+namespace {
+
+// Long enough for "-1.23456789012345E-308" and for any long long.
+constexpr std::size_t kTextMax = 32;
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// Writes the standard text of a non-zero `value` without a leading blank to
+// `out` and returns its length. to_chars with 15 digits gives the text of
+// "%.15G" in the "C" locale, in lower case.
+std::size_t FormatBare(double value, char* out) {
+    const auto result = std::to_chars(out, out + kTextMax, value, std::chars_format::general, 15);
+    std::size_t length = static_cast<std::size_t>(result.ptr - out);
+    for (std::size_t i = 0; i < length; ++i) {
+        if (out[i] >= 'a' && out[i] <= 'z') out[i] = static_cast<char>(out[i] - 'a' + 'A');
+    }
+    // "0.5" -> ".5", "-0.25" -> "-.25": the classic text has no zero before
+    // a leading decimal point.
+    const std::size_t zero = out[0] == '-' ? 1 : 0;
+    if (length >= zero + 2 && out[zero] == '0' && out[zero + 1] == '.') {
+        for (std::size_t i = zero; i + 1 < length; ++i) out[i] = out[i + 1];
+        --length;
+    }
+    return length;
+}
+
+// The text with one blank in front unless it starts with a minus sign.
+std::string WithSignBlank(const char* text, std::size_t length) {
+    std::string out;
+    out.reserve(length + 1);
+    if (text[0] != '-') out.push_back(' ');
+    out.append(text, length);
+    return out;
+}
+
+// The exponent digits of a number text, stopped at a bound far beyond any
+// double so that a thousand-digit exponent cannot overflow.
+long long ExponentValue(std::string_view digits) {
+    constexpr long long kBound = 1'000'000'000;
+    long long value = 0;
+    for (const char c : digits) {
+        value = value * 10 + (c - '0');
+        if (value > kBound) return kBound;
+    }
+    return value;
+}
+
+}  // namespace
+
+std::string NumText(double value) {
+    if (value == 0) return " 0";  // -0 as well
+    char text[kTextMax];
+    return WithSignBlank(text, FormatBare(value, text));
+}
+
+std::string NumText(long long value) {
+    char text[kTextMax];
+    const auto result = std::to_chars(text, text + kTextMax, value);
+    return WithSignBlank(text, static_cast<std::size_t>(result.ptr - text));
+}
+
+std::string NumTextBare(double value) {
+    if (value == 0) return "0";
+    char text[kTextMax];
+    return std::string(text, FormatBare(value, text));
+}
+
+double Val(std::string_view text) {
+    const std::size_t n = text.size();
+    std::size_t i = 0;
+    while (i < n && text[i] == ' ') ++i;
+    bool negative = false;
+    if (i < n && (text[i] == '+' || text[i] == '-')) {
+        negative = text[i] == '-';
+        ++i;
+    }
+
+    // Mantissa: digits with at most one point. Remember where the first
+    // non-zero digit stands relative to the point, to tell overflow from
+    // underflow below.
+    const std::size_t start = i;
+    std::size_t digits = 0;
+    long long integerDigits = -1;  // digits before the point, once it is seen
+    long long firstSignificant = -1;
+    for (; i < n; ++i) {
+        if (IsDigit(text[i])) {
+            if (firstSignificant < 0 && text[i] != '0') firstSignificant = static_cast<long long>(digits);
+            ++digits;
+        } else if (text[i] == '.' && integerDigits < 0) {
+            integerDigits = static_cast<long long>(digits);
+        } else {
+            break;
+        }
+    }
+    if (digits == 0) return 0;  // "", "-", ".", "abc": no number
+    if (integerDigits < 0) integerDigits = static_cast<long long>(digits);
+
+    // Exponent: only when its marker is followed by digits ("1E" and "1E+"
+    // are 1, the letter ending the number).
+    std::size_t end = i;
+    std::size_t marker = std::string_view::npos;
+    long long exponent = 0;
+    if (i < n && (text[i] == 'E' || text[i] == 'e' || text[i] == 'D' || text[i] == 'd')) {
+        std::size_t j = i + 1;
+        const bool negativeExponent = j < n && text[j] == '-';
+        if (j < n && (text[j] == '+' || text[j] == '-')) ++j;
+        const std::size_t exponentStart = j;
+        while (j < n && IsDigit(text[j])) ++j;
+        if (j > exponentStart) {
+            marker = i;
+            end = j;
+            exponent = ExponentValue(text.substr(exponentStart, j - exponentStart));
+            if (negativeExponent) exponent = -exponent;
+        }
+    }
+    if (firstSignificant < 0) return negative ? -0.0 : 0.0;
+
+    // from_chars knows no "D" exponent; only then is the text copied.
+    std::string copy;
+    std::string_view number = text.substr(start, end - start);
+    if (marker != std::string_view::npos && (text[marker] == 'D' || text[marker] == 'd')) {
+        copy.assign(number);
+        copy[marker - start] = 'e';
+        number = copy;
+    }
+    double value = 0;
+    const auto result = std::from_chars(number.data(), number.data() + number.size(), value,
+                                        std::chars_format::general);
+    if (result.ec == std::errc::result_out_of_range) {
+        // The first significant digit stands at 10^(magnitude - 1): a large
+        // magnitude overflowed, a small one is too close to 0 for a double.
+        const long long magnitude = integerDigits - firstSignificant + exponent;
+        if (magnitude > 0) Raise(kOverflow);
+        value = 0;
+    }
+    return negative ? -value : value;
+}
+
+double RoundHalfEven(double value) {
+    const double below = std::floor(value);
+    const double fraction = value - below;  // exact for every finite double
+    if (fraction < 0.5) return below;
+    if (fraction > 0.5) return below + 1;
+    return std::fmod(below, 2.0) == 0 ? below : below + 1;
+}
+
+std::int32_t ToInt32(double value) {
+    const double rounded = RoundHalfEven(value);
+    // Written so that NaN fails the test too.
+    if (!(rounded >= std::numeric_limits<std::int32_t>::min() &&
+          rounded <= std::numeric_limits<std::int32_t>::max())) {
+        Raise(kOverflow);
+    }
+    return static_cast<std::int32_t>(rounded);
+}
+
+std::int16_t ToInt16(double value) {
+    const double rounded = RoundHalfEven(value);
+    if (!(rounded >= std::numeric_limits<std::int16_t>::min() &&
+          rounded <= std::numeric_limits<std::int16_t>::max())) {
+        Raise(kOverflow);
+    }
+    return static_cast<std::int16_t>(rounded);
+}
+
+double CheckedResult(double value) {
+    if (!std::isfinite(value)) Raise(kOverflow);
+    return value;
+}
+
+double Divide(double dividend, double divisor) {
+    if (divisor == 0) Raise(dividend == 0 || std::isnan(dividend) ? kOverflow : kDivisionByZero);
+    return CheckedResult(dividend / divisor);
+}
+
+double Power(double base, double exponent) {
+    if (base == 0 && exponent < 0) Raise(kDivisionByZero);
+    if (base < 0 && std::trunc(exponent) != exponent) Raise(kInvalidCall);
+    return CheckedResult(std::pow(base, exponent));
+}
+
+double Log(double value) {
+    if (!(value > 0)) Raise(kInvalidCall);
+    return CheckedResult(std::log(value));
+}
+
+}  // namespace ravelo

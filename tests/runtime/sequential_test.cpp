@@ -1,0 +1,192 @@
+// Sequential files: lines with every line end, items, write records, and the
+// output buffer. Each input also runs through a source that hands out one
+// byte per read, so every buffer edge falls inside a line end or an item.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "runtime/error.hpp"
+#include "runtime/sequential.hpp"
+
+using namespace ravelo;
+
+namespace {
+
+int ErrorOf(const std::function<void()>& f) {
+    try {
+        f();
+    } catch (const RuntimeError& e) {
+        return e.number;
+    }
+    return 0;
+}
+
+struct TrickleSource final : ByteSource {
+    explicit TrickleSource(std::string b) : bytes(std::move(b)) {}
+    std::size_t Read(char* buf, std::size_t n) override {
+        if (pos == bytes.size() || n == 0) return 0;
+        *buf = bytes[pos++];
+        return 1;
+    }
+    std::string bytes;
+    std::size_t pos = 0;
+};
+
+// Keeps what reaches the sink in a log the test still holds after the file
+// is gone.
+struct SinkLog {
+    std::string bytes;
+    int writes = 0;
+    int flushes = 0;
+    bool fail = false;
+};
+struct LogSink final : ByteSink {
+    explicit LogSink(SinkLog& l) : log(l) {}
+    void Write(const char* data, std::size_t n) override {
+        if (log.fail) Raise(kPathFileAccess);
+        log.bytes.append(data, n);
+        ++log.writes;
+    }
+    void Flush() override { ++log.flushes; }
+    SinkLog& log;
+};
+
+// Runs `read` over the text from a whole-buffer source and from a one-byte
+// source; both must give the same result, which is returned.
+template <typename T>
+T BothWays(const std::string& text, const std::function<T(InputFile&)>& read) {
+    InputFile whole(MemorySource(text));
+    InputFile trickle(std::make_unique<TrickleSource>(text));
+    T result = read(whole);
+    EXPECT_EQ(read(trickle), result);
+    return result;
+}
+
+using Lines = std::vector<std::string>;
+Lines AllLines(InputFile& f) {
+    Lines lines;
+    while (!f.Eof()) lines.push_back(f.LineInput());
+    EXPECT_EQ(ErrorOf([&] { f.LineInput(); }), 62);
+    return lines;
+}
+
+}  // namespace
+
+TEST(LineInput, EveryLineEndAndAnUnendedLastLine) {
+    const std::function<Lines(InputFile&)> read = AllLines;
+    EXPECT_EQ(BothWays("A\r\nB\r\n", read), (Lines{"A", "B"}));
+    EXPECT_EQ(BothWays("A\nB\rC\r\nD", read), (Lines{"A", "B", "C", "D"}));
+    EXPECT_EQ(BothWays("A\r\r\nB", read), (Lines{"A", "", "B"}));
+    EXPECT_EQ(BothWays("A\n\rB\n", read), (Lines{"A", "", "B"}));  // LF then CR is two ends
+    EXPECT_EQ(BothWays("\r\n", read), (Lines{""}));
+    EXPECT_EQ(BothWays(" x\t \r\n", read), (Lines{" x\t "}));  // nothing trimmed
+    EXPECT_EQ(BothWays("", read), Lines{});
+}
+
+TEST(LineInput, LinesLongerThanTheBufferAndCrLfAcrossIt) {
+    // 65535 bytes, then CR at the last byte of a 64 KiB buffer and LF at the
+    // first byte of the next.
+    const std::string longLine(65535, 'x');
+    InputFile f(MemorySource(longLine + "\r\n" + std::string(200000, 'y') + "\nz"));
+    EXPECT_EQ(f.LineInput(), longLine);
+    EXPECT_EQ(f.LineInput(), std::string(200000, 'y'));
+    EXPECT_EQ(f.LineInput(), "z");
+    EXPECT_TRUE(f.Eof());
+}
+
+TEST(GetChar, OneByteEachThenPastTheEnd) {
+    InputFile f(MemorySource("a\r\xff"));
+    EXPECT_EQ(f.GetChar(), 'a');
+    EXPECT_EQ(f.GetChar(), '\r');
+    EXPECT_EQ(f.GetChar(), '\xff');
+    EXPECT_TRUE(f.Eof());
+    EXPECT_EQ(ErrorOf([&] { f.GetChar(); }), 62);
+}
+
+TEST(InputItems, QuotedTextAndNumberItemsOnOneLine) {
+    const std::string text = " \"x, y\",12 34,  text item  ,\"q\"junk , last";
+    const auto items = BothWays<Lines>(text, [](InputFile& f) {
+        Lines got{f.InputText()};
+        got.push_back(std::to_string(f.InputNumber()));
+        got.push_back(std::to_string(f.InputNumber()));
+        got.push_back(f.InputText());
+        got.push_back(f.InputText());
+        got.push_back(f.InputText());  // at the end of the file without a line end: fine
+        EXPECT_TRUE(f.Eof());
+        EXPECT_EQ(ErrorOf([&] { f.InputText(); }), 62);
+        return got;
+    });
+    EXPECT_EQ(items, (Lines{"x, y", "12.000000", "34.000000", "text item", "q", "last"}));
+}
+
+TEST(InputItems, LineEndsEmptyLinesAndQuotesAcrossLines) {
+    const auto items = BothWays<Lines>("1\r2\n3\r\n\r\na,\r\n\"p\r\nq\",\t5", [](InputFile& f) {
+        Lines got;
+        for (int i = 0; i < 3; ++i) got.push_back(std::to_string(f.InputLong()));
+        got.push_back(f.InputText());  // the empty line: one empty item
+        got.push_back(f.InputText());  // "a", its comma consumed
+        got.push_back(f.InputText());  // the rest of that line: empty
+        got.push_back(f.InputText());  // a quoted item holds its line end
+        got.push_back(std::to_string(f.InputNumber()));  // a tab is not skipped: Val gives 0
+        return got;
+    });
+    EXPECT_EQ(items, (Lines{"1", "2", "3", "", "a", "", "p\r\nq", "0.000000"}));
+}
+
+TEST(InputItems, WholeNumbersRoundHalfEvenAndOverflow) {
+    InputFile f(MemorySource("2.5,3.5,-2.5\r\n2147483648,40000\r\n"));
+    EXPECT_EQ(f.InputLong(), 2);
+    EXPECT_EQ(f.InputInteger(), 4);
+    EXPECT_EQ(f.InputLong(), -2);
+    EXPECT_EQ(ErrorOf([&] { f.InputLong(); }), 6);
+    EXPECT_EQ(ErrorOf([&] { f.InputInteger(); }), 6);
+}
+
+TEST(OutputFile, RecordsAndLinesEndInCrLf) {
+    EXPECT_EQ(RecordText({Field::Text("H1"), Field::Double(1.5), Field::Double(-0.25),
+                          Field::Double(0), Field::Double(1e-05), Field::Integer(-3),
+                          Field::Text("a\"b"), Field::Text("")}),
+              "\"H1\",1.5,-.25,0,1E-05,-3,\"a\"b\",\"\"");
+    SinkLog log;
+    {
+        OutputFile out(std::make_unique<LogSink>(log));
+        out.Print("a");
+        out.PrintLine();
+        out.PrintLine("b c");
+        out.WriteRecord({Field::Integer(7), Field::Text("x")});
+        EXPECT_EQ(log.bytes, "");  // still buffered
+        out.Flush();
+        EXPECT_EQ(log.flushes, 1);
+        out.PrintLine("end");
+    }
+    EXPECT_EQ(log.bytes, "a\r\nb c\r\n7,\"x\"\r\nend\r\n");
+}
+
+TEST(OutputFile, LargeOutputInFewWritesAndFailures) {
+    SinkLog log;
+    std::string expected;
+    OutputFile moved(std::make_unique<LogSink>(log));
+    {
+        OutputFile out(std::make_unique<LogSink>(log));
+        for (int i = 0; i < 100000; ++i) {
+            out.PrintLine("abc");
+            out.WriteRecord({Field::Integer(i)});
+            expected += "abc\r\n" + std::to_string(i) + "\r\n";
+        }
+        out.Print(std::string(100000, 'z'));  // larger than the buffer
+        expected += std::string(100000, 'z');
+        moved = std::move(out);
+    }
+    moved.Close();
+    moved.Close();
+    EXPECT_EQ(log.bytes, expected);
+    EXPECT_LT(log.writes, 40);  // about 1.2 MB in 64 KiB blocks
+    EXPECT_EQ(ErrorOf([&] { moved.Print("x"); }), 75);
+
+    // A failing write surfaces in Close, never in the destructor.
+    log.fail = true;
+    OutputFile failing(std::make_unique<LogSink>(log));
+    failing.PrintLine("x");
+    EXPECT_EQ(ErrorOf([&] { failing.Close(); }), 75);
+    EXPECT_NO_THROW(OutputFile(std::make_unique<LogSink>(log)).PrintLine("y"));
+}
