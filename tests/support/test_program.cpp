@@ -101,8 +101,7 @@ void WriteHostFile(const std::filesystem::path& path, const std::string& bytes) 
 
 ProcessResult RunBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
                         const std::string& input, const std::filesystem::path& cwd) {
-    const char* binary = std::getenv("RAVELO_BINARY");
-    if (!binary) throw std::runtime_error("RAVELO_BINARY is not set");
+    const char* binary = RAVELO_BINARY_PATH;
     TempFolder io;
     const auto inPath = io.Path() / "in", outPath = io.Path() / "out", errPath = io.Path() / "err";
     WriteHostFile(inPath, input);

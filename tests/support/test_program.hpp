@@ -74,7 +74,7 @@ private:
     std::unique_ptr<Program> program_;
 };
 
-// Runs the built raveloutils (from RAVELO_BINARY) with arguments, extra
+// Runs the built raveloutils with arguments, extra
 // environment variables and standard input.
 struct ProcessResult {
     int status = -1;
