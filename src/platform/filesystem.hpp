@@ -96,6 +96,8 @@ public:
     Replacement OpenReplacement(std::string_view path);
 
 private:
+    bool OnMappedDrive(std::string_view path) const;
+
     DriveMap drives_;
     std::string currentDir_;
 };

@@ -1,0 +1,582 @@
+// The file services over POSIX calls. Every Windows-form path is first found
+// on the host case-insensitively (HostPath); every refusal of the host ends in
+// one of the classic errors through RaiseFor.
+#include "platform/filesystem.hpp"
+
+#include <cctype>
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <utility>
+
+#include "runtime/error.hpp"
+
+namespace ravelo::platform {
+namespace {
+
+constexpr std::size_t kCopyChunk = std::size_t{1} << 20;
+
+bool HasNul(std::string_view s) { return s.find('\0') != std::string_view::npos; }
+char Lower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
+
+bool EqualNoCase(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (Lower(a[i]) != Lower(b[i])) return false;
+    }
+    return true;
+}
+
+bool HasWildcard(std::string_view name) { return name.find_first_of("*?") != std::string_view::npos; }
+
+// "*" any run of characters, "?" exactly one, letters in any case.
+bool MatchWildcard(std::string_view pattern, std::string_view name) {
+    std::size_t p = 0, n = 0;
+    std::size_t starP = std::string_view::npos, starN = 0;
+    while (n < name.size()) {
+        if (p < pattern.size() && pattern[p] == '*') {
+            starP = p++;
+            starN = n;
+        } else if (p < pattern.size() && (pattern[p] == '?' || Lower(pattern[p]) == Lower(name[n]))) {
+            ++p;
+            ++n;
+        } else if (starP != std::string_view::npos) {
+            p = starP + 1;
+            n = ++starN;
+        } else {
+            return false;
+        }
+    }
+    while (p < pattern.size() && pattern[p] == '*') ++p;
+    return p == pattern.size();
+}
+
+// As Windows matches: a final ".*" may also match a name without any
+// extension, so "*.*" names every file and "molecule.*" names "molecule".
+bool MatchName(std::string_view pattern, std::string_view name) {
+    if (MatchWildcard(pattern, name)) return true;
+    if (pattern.size() >= 2 && pattern.substr(pattern.size() - 2) == ".*" &&
+        name.find('.') == std::string_view::npos) {
+        return MatchWildcard(pattern.substr(0, pattern.size() - 2), name);
+    }
+    return false;
+}
+
+std::string Parent(const std::string& hostPath) {
+    const auto slash = hostPath.rfind('/');
+    if (slash == std::string::npos || slash == 0) return "/";
+    return hostPath.substr(0, slash);
+}
+
+std::string BaseName(const std::string& hostPath) {
+    const auto slash = hostPath.rfind('/');
+    return slash == std::string::npos ? hostPath : hostPath.substr(slash + 1);
+}
+
+std::string Child(const std::string& folder, std::string_view name) {
+    std::string out = folder == "/" ? std::string() : folder;
+    out += '/';
+    out += name;
+    return out;
+}
+
+bool StatOf(const std::string& hostPath, struct stat& st) {
+    return !HasNul(hostPath) && stat(hostPath.c_str(), &st) == 0;
+}
+
+bool IsFolder(const std::string& hostPath) {
+    struct stat st {};
+    return StatOf(hostPath, st) && S_ISDIR(st.st_mode);
+}
+
+// A missing name: "File not found" when its folder is there, else "Path not
+// found".
+[[noreturn]] void RaiseMissing(const std::string& hostPath) {
+    Raise(IsFolder(Parent(hostPath)) ? kFileNotFound : kPathNotFound);
+}
+
+[[noreturn]] void RaiseFor(int error, const std::string& hostPath) {
+    switch (error) {
+    case ENOENT: RaiseMissing(hostPath);
+    case ENOTDIR: Raise(kPathNotFound);   // a file where a folder should be
+    default: Raise(kPathFileAccess);       // permission, a folder in the way, a full disk ...
+    }
+}
+
+int OpenOrRaise(const std::string& hostPath, int flags, mode_t mode = 0666) {
+    int fd;
+    do {
+        fd = open(hostPath.c_str(), flags | O_CLOEXEC, mode);
+    } while (fd < 0 && errno == EINTR);
+    if (fd < 0) RaiseFor(errno, hostPath);
+    return fd;
+}
+
+// Writes everything, through partial writes and interruptions.
+bool WriteAll(int fd, const char* data, std::size_t n) {
+    while (n > 0) {
+        const ssize_t written = write(fd, data, n);
+        if (written < 0) {
+            if (errno == EINTR) continue;
+            return false;
+        }
+        data += written;
+        n -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+// fsync, where the file supports it (a pipe or a terminal does not, and
+// needs nothing).
+bool SyncFd(int fd) {
+    if (fsync(fd) == 0) return true;
+    return errno == EINVAL || errno == EROFS;
+}
+
+// Makes a rename inside `folder` durable. Some file systems cannot sync a
+// folder; the rename itself has happened by then, so failures are ignored.
+void SyncFolder(const std::string& folder) {
+    const int fd = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) return;
+    fsync(fd);
+    close(fd);
+}
+
+class FdSource final : public ByteSource {
+public:
+    explicit FdSource(int fd) : fd_(fd) {}
+    ~FdSource() override { close(fd_); }
+    FdSource(const FdSource&) = delete;
+    FdSource& operator=(const FdSource&) = delete;
+
+    bool IsFolder() const {
+        struct stat st {};
+        return fstat(fd_, &st) != 0 || S_ISDIR(st.st_mode);
+    }
+
+    std::size_t Read(char* buf, std::size_t n) override {
+        for (;;) {
+            const ssize_t got = read(fd_, buf, n);
+            if (got >= 0) return static_cast<std::size_t>(got);
+            if (errno != EINTR) Raise(kPathFileAccess);
+        }
+    }
+
+private:
+    int fd_;
+};
+
+class FdSink final : public ByteSink {
+public:
+    // While `*discard` is set, writes are dropped: a replacement given up
+    // leaves its buffered text unwritten, so closing it can never fail.
+    explicit FdSink(int fd, std::shared_ptr<bool> discard = nullptr)
+        : fd_(fd), discard_(std::move(discard)) {}
+    ~FdSink() override { close(fd_); }
+    FdSink(const FdSink&) = delete;
+    FdSink& operator=(const FdSink&) = delete;
+
+    void Write(const char* data, std::size_t n) override {
+        if (discard_ && *discard_) return;
+        if (!WriteAll(fd_, data, n)) Raise(kPathFileAccess);
+    }
+    void Flush() override {
+        if (discard_ && *discard_) return;
+        if (!SyncFd(fd_)) Raise(kPathFileAccess);
+    }
+
+private:
+    int fd_;
+    std::shared_ptr<bool> discard_;
+};
+
+// Names in a folder, "." and ".." left out; `folders` chooses sub-folders or
+// regular files (links count as what they point to). A folder that cannot be
+// read has no names.
+std::vector<std::string> FolderEntries(const std::string& folder, bool folders) {
+    std::vector<std::string> names;
+    DIR* dir = HasNul(folder) ? nullptr : opendir(folder.c_str());
+    if (dir == nullptr) return names;
+    while (const dirent* entry = readdir(dir)) {
+        const std::string_view name = entry->d_name;
+        if (name == "." || name == "..") continue;
+        bool isFolder = entry->d_type == DT_DIR;
+        bool isFile = entry->d_type == DT_REG;
+        if (entry->d_type == DT_UNKNOWN || entry->d_type == DT_LNK) {
+            struct stat st {};
+            if (!StatOf(Child(folder, name), st)) continue;
+            isFolder = S_ISDIR(st.st_mode);
+            isFile = S_ISREG(st.st_mode);
+        }
+        if (folders ? isFolder : isFile) names.emplace_back(name);
+    }
+    closedir(dir);
+    return names;
+}
+
+// The entry of `folder` that matches `name` in any case; when several do, the
+// first in byte order, so the choice does not depend on the folder's order.
+std::optional<std::string> FindNoCase(const std::string& folder, std::string_view name) {
+    std::optional<std::string> found;
+    DIR* dir = opendir(folder.c_str());
+    if (dir == nullptr) return found;
+    while (const dirent* entry = readdir(dir)) {
+        const std::string_view candidate = entry->d_name;
+        if (EqualNoCase(candidate, name) && (!found || candidate < *found)) found = std::string(candidate);
+    }
+    closedir(dir);
+    return found;
+}
+
+// A pattern split at its last separator: "C:\data\*.cif" -> "C:\data\" and
+// "*.cif"; "C:*.cif" -> "C:" and "*.cif"; "*.cif" -> "" (the current folder).
+std::pair<std::string_view, std::string_view> SplitPattern(std::string_view pattern) {
+    auto cut = pattern.find_last_of("\\/");
+    if (cut == std::string_view::npos) {
+        const bool drive = pattern.size() >= 2 && pattern[1] == ':';
+        cut = drive ? 1 : std::string_view::npos;
+    }
+    if (cut == std::string_view::npos) return {std::string_view(), pattern};
+    return {pattern.substr(0, cut + 1), pattern.substr(cut + 1)};
+}
+
+// A fresh name beside the target for its replacement. Hidden (leading ".")
+// so that directory searches never offer it; the process id and a counter
+// keep two replacements apart; the target's name is cut so that the whole
+// name stays within the host's limit.
+std::string TempNameFor(const std::string& target) {
+    static std::atomic<unsigned> counter{0};
+    std::string name = BaseName(target).substr(0, 160);
+    return Child(Parent(target), "." + name + ".ravelo-tmp-" + std::to_string(getpid()) + "-" +
+                                     std::to_string(counter++));
+}
+
+// Creates the temporary file of a replacement of `target`. Refused as
+// writing the target would be: a missing folder 76; a folder in the way, a
+// read-only target or a read-only folder 75. The new file gets the old one's
+// permissions.
+std::pair<int, std::string> CreateReplacement(const std::string& target) {
+    if (HasNul(target)) Raise(kPathFileAccess);
+    if (!IsFolder(Parent(target))) Raise(kPathNotFound);
+    struct stat st {};
+    const bool existed = stat(target.c_str(), &st) == 0;
+    if (existed && (S_ISDIR(st.st_mode) || faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)) {
+        Raise(kPathFileAccess);
+    }
+    for (;;) {
+        std::string temp = TempNameFor(target);
+        const int fd = open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (fd >= 0) {
+            if (existed) fchmod(fd, st.st_mode & 07777);   // best effort, as a copy would
+            return {fd, std::move(temp)};
+        }
+        if (errno != EEXIST && errno != EINTR) Raise(kPathFileAccess);
+    }
+}
+
+// Puts a written temporary file in place of the target, durably. The
+// temporary file is removed when anything fails.
+void CommitReplacement(const std::string& temp, const std::string& target) {
+    if (rename(temp.c_str(), target.c_str()) != 0) {
+        unlink(temp.c_str());
+        Raise(kPathFileAccess);
+    }
+    SyncFolder(Parent(target));
+}
+
+}  // namespace
+
+// ---- Replacement ------------------------------------------------------------
+
+Replacement::Replacement(OutputFile file, std::shared_ptr<bool> discard, std::string tempPath,
+                         std::string targetPath)
+    : file_(std::move(file)),
+      discard_(std::move(discard)),
+      tempPath_(std::move(tempPath)),
+      targetPath_(std::move(targetPath)) {}
+
+Replacement::Replacement(Replacement&& other) noexcept
+    : file_(std::move(other.file_)),
+      discard_(std::move(other.discard_)),
+      tempPath_(std::exchange(other.tempPath_, std::string())),
+      targetPath_(std::move(other.targetPath_)) {}
+
+Replacement& Replacement::operator=(Replacement&& other) noexcept {
+    if (this != &other) {
+        Abandon();
+        file_ = std::move(other.file_);
+        discard_ = std::move(other.discard_);
+        tempPath_ = std::exchange(other.tempPath_, std::string());
+        targetPath_ = std::move(other.targetPath_);
+    }
+    return *this;
+}
+
+Replacement::~Replacement() { Abandon(); }
+
+void Replacement::Abandon() noexcept {
+    if (tempPath_.empty()) return;
+    if (discard_) *discard_ = true;
+    file_.Close();   // drops the buffered text: the sink discards it
+    unlink(tempPath_.c_str());
+    tempPath_.clear();
+}
+
+void Replacement::Commit() {
+    if (tempPath_.empty()) Raise(kPathFileAccess);   // committed or given up before
+    file_.Flush();   // the buffer written out and synced to disk (75 on failure)
+    file_.Close();
+    const std::string temp = std::exchange(tempPath_, std::string());
+    CommitReplacement(temp, targetPath_);
+}
+
+// ---- FileSystem -------------------------------------------------------------
+
+// ToWindows reads a relative host path from the process's working directory.
+FileSystem::FileSystem(DriveMap drives) : drives_(std::move(drives)), currentDir_(drives_.ToWindows(".")) {}
+
+void FileSystem::ChDir(std::string_view winPath) {
+    const DriveMap::Location loc = drives_.Locate(winPath, currentDir_);
+    if (!DirExists(winPath)) Raise(kPathNotFound);
+    if (loc.drive == 0) {
+        currentDir_ = drives_.ToWindows(HostPath(winPath));
+        return;
+    }
+    // The drive named stays the current drive, even where another drive's
+    // folder also holds the folder.
+    currentDir_ = std::string{loc.drive, ':'};
+    if (loc.components.empty()) currentDir_ += '\\';
+    for (const auto& part : loc.components) {
+        currentDir_ += '\\';
+        currentDir_ += part;
+    }
+}
+
+std::string FileSystem::HostPath(std::string_view winPath) const {
+    const DriveMap::Location loc = drives_.Locate(winPath, currentDir_);
+    std::string path = loc.root;
+    std::string whole = path;
+    for (const auto& part : loc.components) whole = Child(whole, part);
+    struct stat st {};
+    // The common case costs one call: the path is there as written. A NUL
+    // byte would cut the text short for the host, so such a path is left
+    // alone and refused by whatever uses it.
+    if (HasNul(whole) || lstat(whole.c_str(), &st) == 0) return whole;
+
+    for (std::size_t i = 0; i < loc.components.size(); ++i) {
+        const std::string& part = loc.components[i];
+        std::string exact = Child(path, part);
+        if (lstat(exact.c_str(), &st) == 0) {
+            path = std::move(exact);
+        } else if (const auto found = FindNoCase(path, part)) {
+            path = Child(path, *found);
+        } else {
+            // Missing from here on: the rest keeps the case given.
+            for (std::size_t j = i; j < loc.components.size(); ++j) path = Child(path, loc.components[j]);
+            break;
+        }
+    }
+    return path;
+}
+
+// The existence tests are questions, not operations: a drive that is not
+// mapped holds no file and no folder.
+bool FileSystem::Exists(std::string_view path) const {
+    if (!OnMappedDrive(path)) return false;
+    struct stat st {};
+    return StatOf(HostPath(path), st) && S_ISREG(st.st_mode);
+}
+
+bool FileSystem::DirExists(std::string_view path) const {
+    return OnMappedDrive(path) && IsFolder(HostPath(path));
+}
+
+bool FileSystem::OnMappedDrive(std::string_view path) const {
+    const bool hasDrive = path.size() >= 2 && path[1] == ':' &&
+                          std::isalpha(static_cast<unsigned char>(path[0]));
+    return !hasDrive || drives_.Root(path[0]).has_value();
+}
+
+std::int64_t FileSystem::FileLen(std::string_view path) const {
+    const std::string host = HostPath(path);
+    if (HasNul(host)) Raise(kPathFileAccess);
+    struct stat st {};
+    if (stat(host.c_str(), &st) != 0) RaiseFor(errno, host);
+    if (S_ISDIR(st.st_mode)) Raise(kPathFileAccess);
+    return static_cast<std::int64_t>(st.st_size);
+}
+
+bool FileSystem::ReadOnly(std::string_view path) const {
+    const std::string host = HostPath(path);
+    if (HasNul(host)) Raise(kPathFileAccess);
+    struct stat st {};
+    if (stat(host.c_str(), &st) != 0) RaiseFor(errno, host);
+    // No write bit at all counts too: the super-user may write anyway, but the
+    // file is still marked read-only.
+    return (st.st_mode & 0222) == 0 || faccessat(AT_FDCWD, host.c_str(), W_OK, AT_EACCESS) != 0;
+}
+
+void FileSystem::Kill(std::string_view path) {
+    const auto [folder, name] = SplitPattern(path);
+    if (HasWildcard(name)) {
+        // As the classic Kill: every file the pattern names, 53 when none.
+        const std::string hostFolder = HostPath(folder);
+        const std::vector<std::string> names = Dir(path);
+        if (names.empty()) Raise(IsFolder(hostFolder) ? kFileNotFound : kPathNotFound);
+        for (const auto& each : names) {
+            const std::string host = Child(hostFolder, each);
+            if (unlink(host.c_str()) != 0) RaiseFor(errno, host);
+        }
+        return;
+    }
+    const std::string host = HostPath(path);
+    if (HasNul(host)) Raise(kPathFileAccess);
+    struct stat st {};
+    if (lstat(host.c_str(), &st) != 0) RaiseFor(errno, host);
+    if (S_ISDIR(st.st_mode)) Raise(kPathFileAccess);
+    if (unlink(host.c_str()) != 0) RaiseFor(errno, host);
+}
+
+void FileSystem::FileCopy(std::string_view from, std::string_view to) {
+    const std::string source = HostPath(from);
+    const std::string target = HostPath(to);
+    if (HasNul(source) || HasNul(target)) Raise(kPathFileAccess);
+    const int in = OpenOrRaise(source, O_RDONLY);
+    FdSource reader(in);   // closes `in`
+    struct stat st {};
+    if (reader.IsFolder() || fstat(in, &st) != 0) Raise(kPathFileAccess);
+    // Copying a file onto itself would empty it before reading it.
+    struct stat targetSt {};
+    if (stat(target.c_str(), &targetSt) == 0 && targetSt.st_dev == st.st_dev && targetSt.st_ino == st.st_ino) {
+        Raise(kPathFileAccess);
+    }
+    const int out = OpenOrRaise(target, O_WRONLY | O_CREAT | O_TRUNC);
+    FdSink writer(out);   // closes `out`
+    std::vector<char> buffer(kCopyChunk);
+    while (const std::size_t got = reader.Read(buffer.data(), buffer.size())) writer.Write(buffer.data(), got);
+}
+
+void FileSystem::Name(std::string_view from, std::string_view to) {
+    const std::string source = HostPath(from);
+    std::string target = HostPath(to);
+    if (HasNul(source) || HasNul(target)) Raise(kPathFileAccess);
+    struct stat st {};
+    if (lstat(source.c_str(), &st) != 0) RaiseFor(errno, source);
+    struct stat targetSt {};
+    if (lstat(target.c_str(), &targetSt) == 0) {
+        // The target name found in another case may be the source itself: a
+        // change of case only, which takes the case given.
+        if (targetSt.st_dev != st.st_dev || targetSt.st_ino != st.st_ino) Raise(kPathFileAccess);
+        target = Child(Parent(target), SplitPattern(to).second);
+        if (target == source) return;
+    }
+    if (rename(source.c_str(), target.c_str()) == 0) return;
+    if (errno != EXDEV || S_ISDIR(st.st_mode)) RaiseFor(errno, errno == ENOENT ? target : source);
+    // A file moves to another file system as a copy and a delete, as the
+    // classic Name moves a file to another drive.
+    FileCopy(from, to);
+    if (unlink(source.c_str()) != 0) RaiseFor(errno, source);
+}
+
+void FileSystem::MkDir(std::string_view path) {
+    const std::string host = HostPath(path);
+    if (HasNul(host)) Raise(kPathFileAccess);
+    if (mkdir(host.c_str(), 0777) != 0) {
+        // ENOENT here is the folder above that is missing.
+        Raise(errno == ENOENT || errno == ENOTDIR ? kPathNotFound : kPathFileAccess);
+    }
+}
+
+void FileSystem::MkDirs(std::string_view path) {
+    const std::string host = HostPath(path);
+    if (HasNul(host)) Raise(kPathFileAccess);
+    std::size_t next = 1;
+    while (next <= host.size()) {
+        auto end = host.find('/', next);
+        if (end == std::string::npos) end = host.size();
+        const std::string prefix = host.substr(0, end);
+        next = end + 1;
+        if (IsFolder(prefix)) continue;
+        if (mkdir(prefix.c_str(), 0777) != 0 && !(errno == EEXIST && IsFolder(prefix))) {
+            Raise(kPathFileAccess);   // a file in the way, or no permission
+        }
+    }
+}
+
+std::vector<std::string> FileSystem::Dir(std::string_view pattern) const {
+    const auto [folder, name] = SplitPattern(pattern);
+    const std::string hostFolder = HostPath(folder);
+    std::vector<std::string> names;
+    if (HasNul(hostFolder) || HasNul(name)) return names;
+    if (!HasWildcard(name) && !name.empty()) {
+        struct stat st {};
+        const std::string host = HostPath(pattern);
+        if (StatOf(host, st) && S_ISREG(st.st_mode)) names.push_back(BaseName(host));
+        return names;
+    }
+    // A folder alone ("C:\data\") names all its files. Hidden names (leading
+    // ".") are offered only to a pattern that itself starts with ".".
+    const std::string_view wanted = name.empty() ? std::string_view("*") : name;
+    const bool hiddenToo = !wanted.empty() && wanted[0] == '.';
+    for (auto& entry : FolderEntries(hostFolder, false)) {
+        if ((hiddenToo || entry[0] != '.') && MatchName(wanted, entry)) names.push_back(std::move(entry));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::vector<std::string> FileSystem::SubDirs(std::string_view folder) const {
+    std::vector<std::string> names = FolderEntries(HostPath(folder), true);
+    std::erase_if(names, [](const std::string& n) { return n[0] == '.'; });
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+InputFile FileSystem::OpenInput(std::string_view path) const {
+    const std::string host = HostPath(path);
+    if (HasNul(host)) Raise(kPathFileAccess);
+    auto source = std::make_unique<FdSource>(OpenOrRaise(host, O_RDONLY));
+    // A folder opens for reading on POSIX but is no file.
+    if (source->IsFolder()) Raise(kPathFileAccess);
+    return InputFile(std::move(source));
+}
+
+OutputFile FileSystem::OpenOutput(std::string_view path) {
+    const std::string host = HostPath(path);
+    if (HasNul(host)) Raise(kPathFileAccess);
+    return OutputFile(std::make_unique<FdSink>(OpenOrRaise(host, O_WRONLY | O_CREAT | O_TRUNC)));
+}
+
+OutputFile FileSystem::OpenAppend(std::string_view path) {
+    const std::string host = HostPath(path);
+    if (HasNul(host)) Raise(kPathFileAccess);
+    return OutputFile(std::make_unique<FdSink>(OpenOrRaise(host, O_WRONLY | O_CREAT | O_APPEND)));
+}
+
+void FileSystem::ReplaceFile(std::string_view path, std::string_view content) {
+    const std::string target = HostPath(path);
+    auto [fd, temp] = CreateReplacement(target);
+    const bool written = WriteAll(fd, content.data(), content.size()) && SyncFd(fd);
+    // close() interrupted has still closed the file; its other failures are
+    // write errors reported late.
+    if ((close(fd) != 0 && errno != EINTR) || !written) {
+        unlink(temp.c_str());
+        Raise(kPathFileAccess);
+    }
+    CommitReplacement(temp, target);
+}
+
+Replacement FileSystem::OpenReplacement(std::string_view path) {
+    const std::string target = HostPath(path);
+    auto [fd, temp] = CreateReplacement(target);
+    auto discard = std::make_shared<bool>(false);
+    OutputFile file(std::make_unique<FdSink>(fd, discard));
+    return Replacement(std::move(file), std::move(discard), std::move(temp), target);
+}
+
+}  // namespace ravelo::platform

@@ -1,0 +1,244 @@
+// Drive letters to host folders and back, and the translation of a POSIX
+// command line into the Windows-form one that the program reads.
+#include "platform/paths.hpp"
+
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+
+#include "runtime/error.hpp"
+
+namespace ravelo::platform {
+namespace {
+
+bool IsSeparator(char c) { return c == '\\' || c == '/'; }
+bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+char Upper(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c; }
+// "C:..." (any case).
+bool HasDrive(std::string_view path) { return path.size() >= 2 && IsLetter(path[0]) && path[1] == ':'; }
+
+std::string Getenv(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? std::string() : std::string(value);
+}
+
+// Walks `text` component by component onto `parts`. Both "\" and "/" separate
+// components, also inside a host path: the program's own path rules append
+// "\name" to whatever folder text they hold, a typed host path included.
+// Empty components and "." vanish; ".." drops one, never climbing above the
+// root.
+void ApplyComponents(std::vector<std::string>& parts, std::string_view text) {
+    std::size_t start = 0;
+    while (start <= text.size()) {
+        std::size_t end = start;
+        while (end < text.size() && !IsSeparator(text[end])) ++end;
+        const std::string_view part = text.substr(start, end - start);
+        if (part == "..") {
+            if (!parts.empty()) parts.pop_back();
+        } else if (!part.empty() && part != ".") {
+            parts.emplace_back(part);
+        }
+        start = end + 1;
+    }
+}
+
+std::string JoinHost(const std::string& root, const std::vector<std::string>& parts) {
+    std::string out = root == "/" ? std::string() : root;
+    for (const auto& part : parts) {
+        out += '/';
+        out += part;
+    }
+    return out.empty() ? std::string("/") : out;
+}
+
+std::string WorkingDirectory() {
+    std::string buf(4096, '\0');
+    while (getcwd(buf.data(), buf.size()) == nullptr) {
+        if (errno != ERANGE) return "/";   // the folder was removed under us
+        buf.resize(buf.size() * 2);
+    }
+    return std::string(buf.c_str());
+}
+
+std::string HomeDirectory() {
+    std::string home = Getenv("HOME");
+    if (!home.empty()) return home;
+    if (const passwd* pw = getpwuid(getuid()); pw != nullptr && pw->pw_dir != nullptr) return pw->pw_dir;
+    return "/";
+}
+
+// A drive's folder as an absolute, normalised host path without a trailing
+// "/"; a relative setting counts from the working directory.
+std::string NormalFolder(std::string_view folder) {
+    std::vector<std::string> parts;
+    if (folder.empty() || folder[0] != '/') ApplyComponents(parts, WorkingDirectory());
+    ApplyComponents(parts, folder);
+    return JoinHost("/", parts);
+}
+
+// The drive and components of a current directory; it must be absolute.
+DriveMap::Location ParseCurrent(std::string_view currentDir) {
+    DriveMap::Location loc;
+    if (!currentDir.empty() && currentDir[0] == '/') {
+        ApplyComponents(loc.components, currentDir);
+    } else if (HasDrive(currentDir)) {
+        loc.drive = Upper(currentDir[0]);
+        ApplyComponents(loc.components, currentDir.substr(2));
+    } else {
+        Raise(kPathNotFound);
+    }
+    return loc;
+}
+
+}  // namespace
+
+DriveMap DriveMap::FromEnvironment() {
+    DriveMap map;
+    std::string dataHome = Getenv("XDG_DATA_HOME");
+    // An empty or relative XDG_DATA_HOME is invalid and so ignored.
+    if (dataHome.empty() || dataHome[0] != '/') dataHome = HomeDirectory() + "/.local/share";
+    map.Set('C', dataHome + "/ravelo/drive_c");
+    map.Set('Z', "/");
+    for (char letter = 'A'; letter <= 'Z'; ++letter) {
+        const std::string name = std::string("RAVELO_DRIVE_") + letter;
+        if (const char* value = std::getenv(name.c_str()); value != nullptr && *value != '\0') {
+            map.Set(letter, value);
+        }
+    }
+    return map;
+}
+
+DriveMap::DriveMap(std::map<char, std::string> roots) {
+    for (auto& [letter, folder] : roots) Set(letter, std::move(folder));
+}
+
+void DriveMap::Set(char letter, std::string hostFolder) {
+    if (!IsLetter(letter)) return;
+    if (hostFolder.empty()) {
+        roots_.erase(Upper(letter));
+    } else {
+        roots_[Upper(letter)] = NormalFolder(hostFolder);
+    }
+}
+
+std::optional<std::string> DriveMap::Root(char letter) const {
+    const auto it = roots_.find(Upper(letter));
+    if (it == roots_.end()) return std::nullopt;
+    return it->second;
+}
+
+std::string DriveMap::Letters() const {
+    std::string letters;
+    for (const auto& entry : roots_) letters += entry.first;
+    return letters;
+}
+
+DriveMap::Location DriveMap::Locate(std::string_view winPath, std::string_view currentDir) const {
+    Location loc;
+    if (!winPath.empty() && winPath[0] == '/') {
+        ApplyComponents(loc.components, winPath);
+    } else if (HasDrive(winPath)) {
+        const std::string_view rest = winPath.substr(2);
+        loc.drive = Upper(winPath[0]);
+        // "C:name" continues the current directory when it is on drive C;
+        // there is one current directory, not one per drive.
+        if (rest.empty() || !IsSeparator(rest[0])) {
+            Location base = ParseCurrent(currentDir);
+            if (base.drive == loc.drive) loc.components = std::move(base.components);
+        }
+        ApplyComponents(loc.components, rest);
+    } else if (!winPath.empty() && IsSeparator(winPath[0])) {
+        loc.drive = ParseCurrent(currentDir).drive;
+        ApplyComponents(loc.components, winPath);
+    } else {
+        loc = ParseCurrent(currentDir);
+        ApplyComponents(loc.components, winPath);
+    }
+    if (loc.drive == 0) {
+        loc.root = "/";
+    } else {
+        const auto root = Root(loc.drive);
+        if (!root) Raise(kPathNotFound);
+        loc.root = *root;
+    }
+    return loc;
+}
+
+std::string DriveMap::ToHost(std::string_view winPath, std::string_view currentDir) const {
+    const Location loc = Locate(winPath, currentDir);
+    return JoinHost(loc.root, loc.components);
+}
+
+std::string DriveMap::ToWindows(std::string_view hostPath) const {
+    std::vector<std::string> parts;
+    if (hostPath.empty() || hostPath[0] != '/') ApplyComponents(parts, WorkingDirectory());
+    ApplyComponents(parts, hostPath);
+
+    // The number of leading components that a drive's folder takes, when the
+    // folder holds the path.
+    const auto depthIn = [&parts](const std::string& root) -> std::optional<std::size_t> {
+        std::vector<std::string> rootParts;
+        ApplyComponents(rootParts, root);
+        if (rootParts.size() > parts.size()) return std::nullopt;
+        for (std::size_t i = 0; i < rootParts.size(); ++i) {
+            if (rootParts[i] != parts[i]) return std::nullopt;
+        }
+        return rootParts.size();
+    };
+
+    char best = 0;
+    std::size_t bestDepth = 0;
+    for (const auto& [letter, root] : roots_) {
+        if (letter == 'Z') continue;
+        const auto depth = depthIn(root);
+        if (depth && (best == 0 || *depth > bestDepth)) {
+            best = letter;
+            bestDepth = *depth;
+        }
+    }
+    if (best == 0) {
+        best = 'Z';
+        const auto z = Root('Z');
+        const auto depth = z ? depthIn(*z) : std::nullopt;
+        bestDepth = depth ? *depth : 0;
+    }
+
+    std::string out{best, ':'};
+    if (bestDepth == parts.size()) return out + '\\';
+    for (std::size_t i = bestDepth; i < parts.size(); ++i) {
+        out += '\\';
+        out += parts[i];
+    }
+    return out;
+}
+
+std::string JoinCommandLine(int argc, const char* const* argv, int first) {
+    std::string line;
+    for (int i = first; i < argc; ++i) {
+        std::string arg = argv[i] == nullptr ? std::string() : std::string(argv[i]);
+        bool slashesToBackslashes = false;
+        if (!arg.empty() && arg[0] == '/') {
+            arg.insert(0, "Z:");
+            slashesToBackslashes = true;
+        } else if (const auto slash = arg.rfind('/'); slash != std::string::npos) {
+            // Only a path whose folder is really there: "http://x/y" has the
+            // folder "http:", which is not, so a URL passes unchanged.
+            struct stat st {};
+            const std::string folder = arg.substr(0, slash);
+            slashesToBackslashes = stat(folder.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+        }
+        if (slashesToBackslashes) {
+            for (char& c : arg) {
+                if (c == '/') c = '\\';
+            }
+        }
+        if (i > first) line += ' ';
+        line += arg;
+    }
+    return line;
+}
+
+}  // namespace ravelo::platform

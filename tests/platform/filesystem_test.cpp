@@ -1,0 +1,268 @@
+// The file services on a scratch drive C: case-insensitive lookup, directory
+// searches, the error numbers of host refusals, sequential files, and
+// crash-safe replacement.
+#include "platform/filesystem.hpp"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>   // the tests' own view of the disk, independent of the code under test
+#include <fstream>
+#include <iterator>
+
+#include "runtime/error.hpp"
+
+namespace ravelo::platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+template <class F>
+int ErrorOf(F&& action) {
+    try {
+        action();
+    } catch (const RuntimeError& e) {
+        return e.number;
+    }
+    return 0;
+}
+
+class FileSystemTest : public ::testing::Test {
+protected:
+    FileSystemTest() {
+        std::string pattern = (fs::temp_directory_path() / "ravelo-fs-XXXXXX").string();
+        root_ = mkdtemp(pattern.data());
+        fs::create_directories(root_ / "c");
+        files_.emplace(DriveMap({{'C', (root_ / "c").string()}, {'Z', "/"}}));
+    }
+    ~FileSystemTest() override { fs::remove_all(root_); }
+
+    // Host files under drive C, written and read by the test itself.
+    void Put(const std::string& rel, const std::string& bytes) {
+        fs::create_directories((C() / rel).parent_path());
+        std::ofstream(C() / rel, std::ios::binary) << bytes;
+    }
+    std::string Get(const std::string& rel) {
+        std::ifstream in(C() / rel, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+    // The names really on disk in a folder of drive C, sorted.
+    std::vector<std::string> OnDisk(const std::string& rel) {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(C() / rel)) names.push_back(entry.path().filename());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+    fs::path C() const { return root_ / "c"; }
+    FileSystem& Files() { return *files_; }
+
+    fs::path root_;
+    std::optional<FileSystem> files_;
+};
+
+using Names = std::vector<std::string>;
+
+// ---- Case-insensitive names ------------------------------------------------
+
+TEST_F(FileSystemTest, FindsFilesAndFoldersWrittenInAnotherCase) {
+    Put("Data/Sub/Molecule.LOG", "12345");
+    Put("Data/Sub/molecule.log", "1");
+    EXPECT_TRUE(Files().Exists("C:\\DATA\\sub\\molecule.log"));
+    EXPECT_TRUE(Files().DirExists("c:\\data\\SUB"));
+    EXPECT_FALSE(Files().Exists("C:\\data\\sub"));   // a folder is no file
+    // The exact name first; else, of the names differing only in case, the
+    // first in byte order.
+    EXPECT_EQ(Files().FileLen("C:\\data\\SUB\\molecule.log"), 1);
+    EXPECT_EQ(Files().FileLen("C:\\data\\SUB\\MOLECULE.log"), 5);
+    EXPECT_EQ(Files().HostPath("C:\\DATA\\sub\\MOLECULE.LOG"), (C() / "Data/Sub/Molecule.LOG").string());
+    fs::permissions(C() / "Data/Sub/molecule.log", fs::perms::owner_read);   // read-only even to the super-user
+    EXPECT_TRUE(Files().ReadOnly("C:\\DATA\\sub\\molecule.log"));
+    EXPECT_FALSE(Files().ReadOnly("C:\\DATA\\sub\\MOLECULE.LOG"));
+}
+
+TEST_F(FileSystemTest, NewNamesKeepTheCaseGivenUnderFoldersFoundInAnyCase) {
+    Put("Data/x.txt", "");
+    Files().OpenOutput("C:\\DATA\\New.Txt").Close();
+    Files().MkDirs("C:\\data\\Fresh\\Deeper");
+    EXPECT_EQ(OnDisk(""), Names{"Data"});
+    EXPECT_EQ(OnDisk("Data"), (Names{"Fresh", "New.Txt", "x.txt"}));
+    EXPECT_TRUE(fs::is_directory(C() / "Data/Fresh/Deeper"));
+}
+
+TEST_F(FileSystemTest, RelativePathsFollowTheCurrentDirectory) {
+    Put("Data/Sub/m.log", "");
+    Files().ChDir("c:\\data");
+    EXPECT_EQ(Files().CurDir(), "C:\\data");
+    EXPECT_TRUE(Files().Exists("sub\\M.LOG"));
+    EXPECT_TRUE(Files().Exists("\\DATA\\Sub\\m.log"));   // root of the current drive
+    EXPECT_EQ(ErrorOf([&] { Files().ChDir("C:\\nowhere"); }), kPathNotFound);
+    EXPECT_EQ(Files().CurDir(), "C:\\data");
+}
+
+// ---- Directory searches ----------------------------------------------------
+
+TEST_F(FileSystemTest, WildcardsMatchInAnyCaseAndNamesComeInByteOrder) {
+    for (const char* name : {"b.cif", "A.CIF", "ab.cif", "C.cif", "a.txt", "README"}) Put(std::string("d/") + name, "");
+    fs::create_directories(C() / "d/e.cif");   // folders are not listed
+
+    // Upper case sorts before lower case.
+    EXPECT_EQ(Files().Dir("C:\\d\\*.CIF"), (Names{"A.CIF", "C.cif", "ab.cif", "b.cif"}));
+    EXPECT_EQ(Files().Dir("C:\\D\\?.cIf"), (Names{"A.CIF", "C.cif", "b.cif"}));
+    EXPECT_EQ(Files().Dir("c:\\d\\A*"), (Names{"A.CIF", "a.txt", "ab.cif"}));
+    // "*.*" names a file without an extension too, as on Windows.
+    EXPECT_EQ(Files().Dir("C:\\d\\*.*").size(), 6u);
+    EXPECT_EQ(Files().SubDirs("C:\\D"), Names{"e.cif"});
+}
+
+TEST_F(FileSystemTest, PlainNamesAndMissingFoldersInSearches) {
+    Put("d/A.CIF", "");
+    fs::create_directories(C() / "d/sub");
+    EXPECT_EQ(Files().Dir("C:\\d\\a.cif"), Names{"A.CIF"});   // the name as it is on disk
+    EXPECT_EQ(Files().Dir("C:\\d\\zz.cif"), Names{});
+    EXPECT_EQ(Files().Dir("C:\\d\\sub"), Names{});
+    EXPECT_EQ(Files().Dir("C:\\nowhere\\*.cif"), Names{});
+    EXPECT_EQ(Files().SubDirs("C:\\nowhere"), Names{});
+}
+
+// ---- Errors ----------------------------------------------------------------
+
+TEST_F(FileSystemTest, MissingFilesAre53AndMissingFoldersAre76) {
+    fs::create_directories(C() / "d");
+    EXPECT_EQ(ErrorOf([&] { Files().FileLen("C:\\d\\none.txt"); }), kFileNotFound);
+    EXPECT_EQ(ErrorOf([&] { Files().FileLen("C:\\nowhere\\none.txt"); }), kPathNotFound);
+    EXPECT_EQ(ErrorOf([&] { Files().Kill("C:\\d\\none.txt"); }), kFileNotFound);
+    EXPECT_EQ(ErrorOf([&] { Files().Kill("C:\\d\\*.none"); }), kFileNotFound);
+    EXPECT_EQ(ErrorOf([&] { Files().FileCopy("C:\\d\\none.txt", "C:\\d\\x.txt"); }), kFileNotFound);
+    EXPECT_EQ(ErrorOf([&] { Files().Name("C:\\d\\none.txt", "C:\\d\\x.txt"); }), kFileNotFound);
+    EXPECT_EQ(ErrorOf([&] { Files().OpenInput("C:\\d\\none.txt"); }), kFileNotFound);
+    EXPECT_EQ(ErrorOf([&] { Files().OpenOutput("C:\\nowhere\\x.txt"); }), kPathNotFound);
+    EXPECT_EQ(ErrorOf([&] { Files().MkDir("C:\\nowhere\\x"); }), kPathNotFound);
+    EXPECT_EQ(ErrorOf([&] { Files().OpenInput("Q:\\x.txt"); }), kPathNotFound);   // drive Q is not mapped
+    EXPECT_FALSE(Files().Exists("Q:\\x.txt"));   // ... and holds no file
+    EXPECT_FALSE(fs::exists(C() / "d/x.txt"));
+}
+
+TEST_F(FileSystemTest, RefusalsOfTheHostAre75) {
+    Put("d/a.txt", "a");
+    Put("d/b.txt", "b");
+    fs::create_directories(C() / "d/folder");
+    EXPECT_EQ(ErrorOf([&] { Files().Kill("C:\\d\\folder"); }), kPathFileAccess);
+    EXPECT_EQ(ErrorOf([&] { Files().FileCopy("C:\\d\\a.txt", "C:\\d\\folder"); }), kPathFileAccess);
+    EXPECT_EQ(ErrorOf([&] { Files().FileCopy("C:\\d\\a.txt", "C:\\D\\A.TXT"); }), kPathFileAccess);
+    EXPECT_EQ(ErrorOf([&] { Files().OpenInput("C:\\d\\folder"); }), kPathFileAccess);
+    EXPECT_EQ(ErrorOf([&] { Files().OpenOutput("C:\\d\\folder"); }), kPathFileAccess);
+    EXPECT_EQ(ErrorOf([&] { Files().Name("C:\\d\\a.txt", "C:\\d\\B.TXT"); }), kPathFileAccess);
+    EXPECT_EQ(ErrorOf([&] { Files().MkDir("C:\\d\\folder"); }), kPathFileAccess);
+    EXPECT_EQ(ErrorOf([&] { Files().MkDirs("C:\\d\\a.txt\\x"); }), kPathFileAccess);
+    const std::string nul("C:\\d\\a\0b.txt", 12);
+    EXPECT_EQ(ErrorOf([&] { Files().OpenOutput(nul); }), kPathFileAccess);
+    EXPECT_EQ(ErrorOf([&] { Files().ReplaceFile(nul, "x"); }), kPathFileAccess);
+    // Nothing was changed by any of them.
+    EXPECT_EQ(OnDisk("d"), (Names{"a.txt", "b.txt", "folder"}));
+    EXPECT_EQ(Get("d/a.txt") + Get("d/b.txt"), "ab");
+}
+
+// ---- Copy, rename, delete --------------------------------------------------
+
+TEST_F(FileSystemTest, CopyRenameAndDelete) {
+    std::string bytes;
+    for (int i = 0; i < 300000; ++i) bytes += std::string("x\0\r\n\xff", 5);   // more than one copy chunk
+    Put("d/big.bin", bytes);
+    Put("d/b.cif", "b");
+    Put("d/c.cif", "c");
+    Files().FileCopy("C:\\D\\BIG.BIN", "C:\\d\\Copy.bin");
+    EXPECT_EQ(Get("d/Copy.bin"), bytes);
+
+    Files().Name("C:\\d\\b.cif", "C:\\d\\B.CIF");   // a change of case only
+    Files().Name("C:\\d\\c.cif", "C:\\e.cif");      // to another folder
+    EXPECT_EQ(OnDisk("d"), (Names{"B.CIF", "Copy.bin", "big.bin"}));
+    EXPECT_EQ(Get("e.cif"), "c");
+
+    Files().Kill("C:\\d\\*.BIN");
+    EXPECT_EQ(OnDisk("d"), Names{"B.CIF"});
+}
+
+// ---- Sequential files ------------------------------------------------------
+
+TEST_F(FileSystemTest, OutputAppendAndInputThroughHostFiles) {
+    fs::create_directories(C() / "d");
+    {
+        OutputFile out = Files().OpenOutput("C:\\d\\f.txt");
+        out.PrintLine("one");
+        out.Print("two");
+    }
+    Files().OpenAppend("C:\\D\\F.TXT").PrintLine(" three");
+    Files().OpenAppend("C:\\d\\new.txt").PrintLine("fresh");
+    EXPECT_EQ(Get("d/f.txt"), "one\r\ntwo three\r\n");
+    EXPECT_EQ(Get("d/new.txt"), "fresh\r\n");
+
+    InputFile in = Files().OpenInput("C:\\d\\f.txt");
+    EXPECT_EQ(in.LineInput(), "one");
+    EXPECT_EQ(in.LineInput(), "two three");
+    EXPECT_TRUE(in.Eof());
+
+    Files().OpenOutput("C:\\d\\f.txt").Close();   // emptied
+    EXPECT_EQ(Files().FileLen("C:\\d\\f.txt"), 0);
+}
+
+// ---- Replacement -----------------------------------------------------------
+
+TEST_F(FileSystemTest, ReplaceFileSwapsTheContentAndLeavesNoTemporaryFile) {
+    Put("d/Target.log", "old content");
+    Files().ReplaceFile("C:\\d\\target.log", "new");
+    Files().ReplaceFile("C:\\d\\created.log", "made");
+    EXPECT_EQ(OnDisk("d"), (Names{"Target.log", "created.log"}));
+    EXPECT_EQ(Get("d/Target.log"), "new");
+    EXPECT_EQ(Get("d/created.log"), "made");
+}
+
+TEST_F(FileSystemTest, AFailedWriteLeavesTheOldFileWhole) {
+    Put("d/t.log", "old");
+    // A file-size limit makes the write of the temporary file fail, for the
+    // super-user too.
+    rlimit saved{};
+    getrlimit(RLIMIT_FSIZE, &saved);
+    const auto oldHandler = signal(SIGXFSZ, SIG_IGN);
+    rlimit small{1024, saved.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    const int error = ErrorOf([&] { Files().ReplaceFile("C:\\d\\t.log", std::string(4096, 'n')); });
+    setrlimit(RLIMIT_FSIZE, &saved);
+    signal(SIGXFSZ, oldHandler);
+
+    EXPECT_EQ(error, kPathFileAccess);
+    EXPECT_EQ(OnDisk("d"), Names{"t.log"});
+    EXPECT_EQ(Get("d/t.log"), "old");
+}
+
+TEST_F(FileSystemTest, AReadOnlyFolderRefusesReplacement) {
+    if (geteuid() == 0) GTEST_SKIP() << "the super-user ignores permissions";
+    Put("d/t.log", "old");
+    fs::permissions(C() / "d", fs::perms::owner_read | fs::perms::owner_exec);
+    const int error = ErrorOf([&] { Files().ReplaceFile("C:\\d\\t.log", "new"); });
+    fs::permissions(C() / "d", fs::perms::owner_all);
+    EXPECT_EQ(error, kPathFileAccess);
+    EXPECT_EQ(Get("d/t.log"), "old");
+}
+
+TEST_F(FileSystemTest, StreamedReplacementTakesEffectOnlyOnCommit) {
+    Put("d/t.log", "old");
+    {
+        Replacement givenUp = Files().OpenReplacement("C:\\d\\T.LOG");
+        givenUp.File().PrintLine("half");
+        EXPECT_EQ(Files().Dir("C:\\d\\*"), Names{"t.log"});   // the temporary file is never offered
+    }
+    EXPECT_EQ(OnDisk("d"), Names{"t.log"});
+    EXPECT_EQ(Get("d/t.log"), "old");
+
+    Replacement r = Files().OpenReplacement("C:\\d\\T.LOG");
+    r.File().PrintLine("new");
+    r.Commit();
+    EXPECT_EQ(OnDisk("d"), Names{"t.log"});
+    EXPECT_EQ(Get("d/t.log"), "new\r\n");
+}
+
+}  // namespace
+}  // namespace ravelo::platform

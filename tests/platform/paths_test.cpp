@@ -1,0 +1,188 @@
+// Drive letters to host folders and back, the drives and TEMP taken from the
+// environment, the wait scale, and the POSIX command line in Windows form.
+#include "platform/paths.hpp"
+
+#include "platform/host.hpp"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+
+#include "runtime/error.hpp"
+
+extern char** environ;
+
+namespace ravelo::platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Sets (or, with nullopt, removes) an environment variable for one scope.
+class ScopedEnv {
+public:
+    ScopedEnv(std::string name, const std::optional<std::string>& value) : name_(std::move(name)) {
+        if (const char* old = std::getenv(name_.c_str())) old_ = old;
+        Put(value);
+    }
+    ~ScopedEnv() { Put(old_); }
+    ScopedEnv(const ScopedEnv&) = delete;
+    ScopedEnv& operator=(const ScopedEnv&) = delete;
+
+private:
+    void Put(const std::optional<std::string>& v) {
+        v ? setenv(name_.c_str(), v->c_str(), 1) : unsetenv(name_.c_str());
+    }
+    std::string name_;
+    std::optional<std::string> old_;
+};
+
+int ErrorOfToHost(const DriveMap& map, std::string_view path, std::string_view current) {
+    try {
+        map.ToHost(path, current);
+    } catch (const RuntimeError& e) {
+        return e.number;
+    }
+    return 0;
+}
+
+const DriveMap kDrives({{'C', "/data/drive_c"}, {'D', "/mnt/d/"}, {'Z', "/"}});
+
+// ---- Windows form to host --------------------------------------------------
+
+TEST(DriveMapToHost, DriveLettersInAnyCase) {
+    EXPECT_EQ(kDrives.ToHost("C:\\ravelo\\x.dat", "Z:\\"), "/data/drive_c/ravelo/x.dat");
+    EXPECT_EQ(kDrives.ToHost("d:\\a", "Z:\\"), "/mnt/d/a");   // the trailing "/" of the setting is not doubled
+    EXPECT_EQ(kDrives.ToHost("Z:\\etc\\hosts", "C:\\"), "/etc/hosts");
+    EXPECT_EQ(kDrives.ToHost("C:\\", "Z:\\"), "/data/drive_c");
+}
+
+TEST(DriveMapToHost, RelativeAndRootedPathsFollowTheCurrentDirectory) {
+    EXPECT_EQ(kDrives.ToHost("x\\y.cif", "C:\\work"), "/data/drive_c/work/x/y.cif");
+    EXPECT_EQ(kDrives.ToHost("\\x\\y.cif", "C:\\work"), "/data/drive_c/x/y.cif");
+    EXPECT_EQ(kDrives.ToHost("\\x", "d:\\work"), "/mnt/d/x");
+    EXPECT_EQ(kDrives.ToHost("y.cif", "Z:\\home\\u"), "/home/u/y.cif");
+    EXPECT_EQ(kDrives.ToHost("C:y.cif", "C:\\work"), "/data/drive_c/work/y.cif");
+    EXPECT_EQ(kDrives.ToHost("D:y.cif", "C:\\work"), "/mnt/d/y.cif");
+}
+
+TEST(DriveMapToHost, DotsResolveWithoutLeavingTheDrive) {
+    EXPECT_EQ(kDrives.ToHost("..\\b\\.\\c.txt", "C:\\work\\a"), "/data/drive_c/work/b/c.txt");
+    EXPECT_EQ(kDrives.ToHost("C:\\..\\..\\x", "Z:\\"), "/data/drive_c/x");
+    EXPECT_EQ(kDrives.ToHost("C:\\a\\\\b\\", "Z:\\"), "/data/drive_c/a/b");
+}
+
+TEST(DriveMapToHost, HostPathsStandAsTyped) {
+    EXPECT_EQ(kDrives.ToHost("/home/u/x.cif", "C:\\work"), "/home/u/x.cif");
+    // A "\name" that the program's own rules append still separates.
+    EXPECT_EQ(kDrives.ToHost("/home/u\\x.sxs", "C:\\work"), "/home/u/x.sxs");
+    EXPECT_EQ(kDrives.ToHost("x.sxs", "/home/u"), "/home/u/x.sxs");
+}
+
+TEST(DriveMapToHost, AnUnmappedDriveIs76) {
+    EXPECT_EQ(ErrorOfToHost(kDrives, "Q:\\x", "C:\\"), kPathNotFound);
+    EXPECT_EQ(ErrorOfToHost(kDrives, "x", "Q:\\work"), kPathNotFound);
+    EXPECT_EQ(ErrorOfToHost(DriveMap({{'C', "/c"}}), "\\x", "Z:\\"), kPathNotFound);
+}
+
+// ---- Host to Windows form --------------------------------------------------
+
+TEST(DriveMapToWindows, TheDeepestDriveHoldingThePathWinsAndZComesLast) {
+    const DriveMap nested({{'C', "/data/c"}, {'E', "/data/c/inner"}, {'Z', "/"}});
+    EXPECT_EQ(nested.ToWindows("/data/c/x/y.dat"), "C:\\x\\y.dat");
+    EXPECT_EQ(nested.ToWindows("/data/c/inner/y.dat"), "E:\\y.dat");
+    EXPECT_EQ(nested.ToWindows("/data/c"), "C:\\");
+    EXPECT_EQ(nested.ToWindows("/data/cat/"), "Z:\\data\\cat");   // "/data/c" does not hold "/data/cat"
+    EXPECT_EQ(nested.ToWindows("/"), "Z:\\");
+    EXPECT_EQ(DriveMap({{'C', "/c"}}).ToWindows("/tmp/x"), "Z:\\tmp\\x");
+}
+
+// ---- Drives from the environment -------------------------------------------
+
+TEST(DriveMapFromEnvironment, DefaultsAndOverrides) {
+    ScopedEnv driveC("RAVELO_DRIVE_C", std::nullopt);
+    ScopedEnv driveZ("RAVELO_DRIVE_Z", std::nullopt);
+    ScopedEnv driveQ("RAVELO_DRIVE_Q", "/srv/q/");
+    ScopedEnv home("HOME", "/home/tester");
+    {
+        ScopedEnv xdg("XDG_DATA_HOME", "/xdg/data");
+        const DriveMap map = DriveMap::FromEnvironment();
+        EXPECT_EQ(map.Root('C'), "/xdg/data/ravelo/drive_c");
+        EXPECT_EQ(map.Root('z'), "/");
+        EXPECT_EQ(map.Root('Q'), "/srv/q");
+    }
+    ScopedEnv xdg("XDG_DATA_HOME", std::nullopt);
+    EXPECT_EQ(DriveMap::FromEnvironment().Root('C'), "/home/tester/.local/share/ravelo/drive_c");
+    ScopedEnv overrideZ("RAVELO_DRIVE_Z", "/srv/z");
+    ScopedEnv overrideC("RAVELO_DRIVE_C", "/srv/c");
+    EXPECT_EQ(DriveMap::FromEnvironment().Root('Z'), "/srv/z");
+    EXPECT_EQ(DriveMap::FromEnvironment().Root('C'), "/srv/c");
+}
+
+const DriveMap kTempDrives({{'C', "/var/lib/rv/c"}, {'Z', "/"}});
+
+// ---- Environment -----------------------------------------------------------
+
+TEST(Environment, AHostTempIsShownInWindowsForm) {
+    ScopedEnv temp("TEMP", "/var/lib/rv/c/Temp/");
+    EXPECT_EQ(Environment::FromProcess(kTempDrives).Get("TEMP"), "C:\\Temp");
+    ScopedEnv other("TEMP", "/scratch/t");
+    EXPECT_EQ(Environment::FromProcess(kTempDrives).Get("TEMP"), "Z:\\scratch\\t");
+    ScopedEnv windows("TEMP", "D:\\Temp");
+    EXPECT_EQ(Environment::FromProcess(kTempDrives).Get("TEMP"), "D:\\Temp");
+}
+
+TEST(Environment, AMissingTempComesLastFromTmpdirElseTmp) {
+    ScopedEnv temp("TEMP", std::nullopt);
+    {
+        ScopedEnv tmpdir("TMPDIR", "/scratch/t");
+        const Environment env = Environment::FromProcess(kTempDrives);
+        EXPECT_EQ(env.At(env.Strings().size()), "TEMP=Z:\\scratch\\t");
+    }
+    ScopedEnv tmpdir("TMPDIR", std::nullopt);
+    const Environment env = Environment::FromProcess(kTempDrives);
+    EXPECT_EQ(env.Strings().back(), "TEMP=Z:\\tmp");
+    EXPECT_EQ(env.At(env.Strings().size() + 1), "");
+    EXPECT_EQ(env.At(0), "");
+    // Every other string keeps its place.
+    std::size_t i = 0;
+    for (char** entry = environ; *entry != nullptr; ++entry) EXPECT_EQ(env.At(++i), *entry);
+    EXPECT_EQ(i + 1, env.Strings().size());
+}
+
+TEST(WaitScale, NumbersCountAndAnythingElseIsOne) {
+    const std::pair<std::optional<std::string>, double> cases[] = {
+        {std::nullopt, 1}, {"0", 0}, {"0.25", 0.25}, {" 3 ", 3}, {"2e1", 20},
+        {"-1", 1},         {"abc", 1}, {"2x", 1},      {"", 1},     {"nan", 1},
+    };
+    for (const auto& [text, expected] : cases) {
+        ScopedEnv scale("RAVELO_WAIT_SCALE", text);
+        EXPECT_EQ(WaitScaleFromEnvironment(), expected) << text.value_or("(unset)");
+    }
+}
+
+// ---- Command line ----------------------------------------------------------
+
+TEST(JoinCommandLine, HostPathsBecomeWindowsFormAndOtherWordsPass) {
+    std::string pattern = (fs::temp_directory_path() / "ravelo-cl-XXXXXX").string();
+    const fs::path scratch = mkdtemp(pattern.data());
+    fs::create_directories(scratch / "sub");
+    const fs::path before = fs::current_path();
+    fs::current_path(scratch);   // relative folders are looked up from here
+
+    const char* argv[] = {"raveloutils", "fileconv", "/home/u/x.cif", "sub/y.cif", "nosub/y.cif",
+                          "http://host/p", "3", "a\\b"};
+    const std::string line = JoinCommandLine(8, argv);
+    const std::string fromThird = JoinCommandLine(4, argv, 2);
+
+    fs::current_path(before);
+    fs::remove_all(scratch);
+    EXPECT_EQ(line, "fileconv Z:\\home\\u\\x.cif sub\\y.cif nosub/y.cif http://host/p 3 a\\b");
+    EXPECT_EQ(fromThird, "Z:\\home\\u\\x.cif sub\\y.cif");
+    EXPECT_EQ(JoinCommandLine(1, argv), "");
+}
+
+}  // namespace
+}  // namespace ravelo::platform
