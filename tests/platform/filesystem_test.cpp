@@ -4,6 +4,8 @@
 #include "platform/filesystem.hpp"
 
 #include <gtest/gtest.h>
+
+#include "support/error_of.hpp"
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -20,15 +22,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-template <class F>
-int ErrorOf(F&& action) {
-    try {
-        action();
-    } catch (const RuntimeError& e) {
-        return e.number;
-    }
-    return 0;
-}
+using test::ErrorOf;
 
 class FileSystemTest : public ::testing::Test {
 protected:

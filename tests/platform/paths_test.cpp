@@ -5,6 +5,8 @@
 #include "platform/host.hpp"
 
 #include <gtest/gtest.h>
+
+#include "support/error_of.hpp"
 #include <unistd.h>
 
 #include <cstdlib>
@@ -40,12 +42,7 @@ private:
 };
 
 int ErrorOfToHost(const DriveMap& map, std::string_view path, std::string_view current) {
-    try {
-        map.ToHost(path, current);
-    } catch (const RuntimeError& e) {
-        return e.number;
-    }
-    return 0;
+    return test::ErrorOf([&] { map.ToHost(path, current); });
 }
 
 const DriveMap kDrives({{'C', "/data/drive_c"}, {'D', "/mnt/d/"}, {'Z', "/"}});

@@ -7,19 +7,13 @@
 #include <limits>
 
 #include "runtime/error.hpp"
+#include "support/error_of.hpp"
 #include "runtime/number.hpp"
 
 using namespace ravelo;
 
 namespace {
-int ErrorOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const RuntimeError& e) {
-        return e.number;
-    }
-    return 0;
-}
+using test::ErrorOf;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
 }  // namespace

@@ -6,20 +6,14 @@
 #include <functional>
 
 #include "runtime/error.hpp"
+#include "support/error_of.hpp"
 #include "runtime/sequential.hpp"
 
 using namespace ravelo;
 
 namespace {
 
-int ErrorOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const RuntimeError& e) {
-        return e.number;
-    }
-    return 0;
-}
+using test::ErrorOf;
 
 struct TrickleSource final : ByteSource {
     explicit TrickleSource(std::string b) : bytes(std::move(b)) {}

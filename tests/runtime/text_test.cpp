@@ -5,20 +5,13 @@
 #include <functional>
 
 #include "runtime/error.hpp"
+#include "support/error_of.hpp"
 #include "runtime/text.hpp"
 
 using namespace ravelo;
 
 namespace {
-// The run-time error number `f` raises, 0 when it returns.
-int ErrorOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const RuntimeError& e) {
-        return e.number;
-    }
-    return 0;
-}
+using test::ErrorOf;
 }  // namespace
 
 TEST(RuntimeErrors, RaiseCarriesTheClassicText) {
