@@ -6,6 +6,7 @@
 
 #include "platform/paths.hpp"
 #include "startup/program.hpp"
+#include "features/features.hpp"
 #include "startup/run.hpp"
 
 namespace {
@@ -65,6 +66,6 @@ int main(int argc, char** argv) {
     const std::string commandLine = ravelo::platform::JoinCommandLine(argc, argv, first);
 
     ravelo::Program program(ravelo::ServicesFromEnvironment());
-    ravelo::RegisterStartupWindows(program);
+    ravelo::RegisterFeatures(program);
     return ravelo::RunProgram(program, commandLine, window);
 }

@@ -11,12 +11,32 @@ drive_c="${RAVELO_DRIVE_C:-${XDG_DATA_HOME:-$HOME/.local/share}/ravelo/drive_c}"
 echo
 "$exe" --version
 echo
-echo "== The main menu, driven by the script host (RAVELO_UI=script):"
-printf 'dump RaveloUtils\nclick RaveloUtils.Label2\ndump RaveloUtils\n' |
-  RAVELO_UI=script RAVELO_WAIT_SCALE=0 "$exe"
+# The converter rewrites and renames its inputs, so it works on fresh copies.
+work="$drive_c/samples"
+rm -rf "$work"
+mkdir -p "$work"
+cp demo/samples/* "$work/"
+chmod u+w "$work"/*
+echo "== Converting the sample structures in $work (C:\\samples):"
+# Windows-form names on drive C: the converter turns every "." of a path's
+# folders into "_", and the host folder of drive C may hold one (~/.local).
+for f in "$work"/*; do
+  name="C:\\samples\\$(basename "$f")"
+  echo "raveloutils fileconv $name"
+  RAVELO_WAIT_SCALE=0 "$exe" fileconv "$name"
+done
 echo
-echo "== Deleting a scratch file with the ravelodelfile command word:"
-scratch="$drive_c/ravelo/scratch.tmp"
-echo "scratch" > "$scratch"
-RAVELO_WAIT_SCALE=0 "$exe" ravelodelfile "$scratch"
-if [ -e "$scratch" ]; then echo "still there: $scratch"; else echo "deleted: $scratch"; fi
+echo "== What the converter left in $work:"
+ls -l "$work"
+echo
+echo "== The first lines of each structure file written:"
+for f in "$work"/*.sxs "$work"/*.xxs; do
+  [ -e "$f" ] || continue
+  echo "-- $(basename "$f")"
+  head -n 3 "$f"
+done
+echo
+echo "== The converter's log: $(cat "${TEMP:-${TMPDIR:-/tmp}}/Ravelo/RaveloFilConvStat.Txt" 2>/dev/null)"
+echo
+echo "== The main menu, driven by the script host (RAVELO_UI=script):"
+printf 'dump RaveloUtils\n' | RAVELO_UI=script RAVELO_WAIT_SCALE=0 "$exe"

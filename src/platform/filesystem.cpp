@@ -455,10 +455,13 @@ void FileSystem::FileCopy(std::string_view from, std::string_view to) {
     if (stat(target.c_str(), &targetSt) == 0 && targetSt.st_dev == st.st_dev && targetSt.st_ino == st.st_ino) {
         Raise(kPathFileAccess);
     }
-    const int out = OpenOrRaise(target, O_WRONLY | O_CREAT | O_TRUNC);
-    FdSink writer(out);   // closes `out`
+    // The copy appears whole or not at all: it is written beside the target
+    // and renamed over it, so an interrupted copy never leaves a part.
+    Replacement copy = OpenReplacement(to);
     std::vector<char> buffer(kCopyChunk);
-    while (const std::size_t got = reader.Read(buffer.data(), buffer.size())) writer.Write(buffer.data(), got);
+    while (const std::size_t got = reader.Read(buffer.data(), buffer.size()))
+        copy.File().Print(std::string_view(buffer.data(), got));
+    copy.Commit();
 }
 
 void FileSystem::Name(std::string_view from, std::string_view to) {

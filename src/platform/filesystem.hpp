@@ -70,6 +70,8 @@ public:
     bool ReadOnly(std::string_view path) const;
 
     void Kill(std::string_view path);                // 53 when missing
+    // Copies a file; the target appears whole or not at all (written beside
+    // it, then renamed over it).
     void FileCopy(std::string_view from, std::string_view to);
     void Name(std::string_view from, std::string_view to);   // rename
     void MkDir(std::string_view path);

@@ -68,6 +68,14 @@ public:
     // The batch window's program label, set when the modeller is found.
     std::string ModellerLabel;
 
+    // The converter's values.
+    std::string CurrentFile;     // full path of the file being converted
+    std::string SourceDir;       // its folder, with the trailing "\"
+    std::string InputExt;        // its extension (".xyz"; readers set their own)
+    std::string LineEndsOk;      // the line-end scan's answer, YesText or NoText
+    std::string ConvertResult;   // YesText or NoText: the last output was valid
+    std::int32_t LibraryEntryCounter = 0;
+
     // Utilities by command word ("calculx", "fileconv", ...). A word without
     // an entry is not offered by this build.
     std::map<std::string, Utility> utilities;

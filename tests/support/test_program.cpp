@@ -10,6 +10,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "features/features.hpp"
 #include "startup/run.hpp"
 #include "ui/script_host.hpp"
 
@@ -45,7 +46,7 @@ TestProgram::TestProgram(const std::string& script, double waitScale, std::vecto
     services.shell = std::make_unique<platform::SystemShell>();
     services.waitScale = waitScale;
     program_ = std::make_unique<Program>(std::move(services));
-    RegisterStartupWindows(*program_);
+    RegisterFeatures(*program_);
 }
 
 TestProgram::~TestProgram() {

@@ -1,0 +1,122 @@
+// The converter window pattern, once for every format.
+#include "convert/windows/converter_window.hpp"
+
+#include "convert/filcvrt.hpp"
+#include "convert/windows/fileconv.hpp"
+#include "runtime/text.hpp"
+#include "startup/shared.hpp"
+
+namespace ravelo::windows {
+
+ConverterWindow::ConverterWindow(Program& p, std::string name, ConverterTexts texts)
+    : Form(p.ui, std::move(name), texts.caption), p_(p), texts_(std::move(texts)) {
+    using ui::ControlKind;
+    Add("Command1", ControlKind::Button, "Convert").onClick = [this] {
+        fileName = Trim(Trim((*this)["Text1"].Text()));
+        // A typed name is converted as it stands, without the cleaning pass.
+        ConvertFile(fileName);
+        AskConvertAnother();
+    };
+    Add("Command2", ControlKind::Button, "Cancel").onClick = [this] {
+        fileName.clear();
+        (*this)["Text1"].SetText("");
+        SetFocus("Text1");
+    };
+    Add("Command3", ControlKind::Button, "YES").onClick = [this] {
+        SetFocus("Text1");
+        InitConverter();
+    };
+    Add("Command4", ControlKind::Button, "EXIT").onClick = [this] { Unload(); };
+    Add("Text1", ControlKind::TextBox);
+    Add("Label1", ControlKind::Label, texts_.title);
+    Add("Label2", ControlKind::Label, VersionLine());
+    for (const char* label : {"Label3", "Label4", "Label5", "Label6"}) Add(label, ControlKind::Label);
+}
+
+// A start from the command line with a library count of exactly 1 converts
+// on loading; every other start converts when the window becomes active,
+// and only with a count of 0 (a count of 2 to 9 converts nothing here).
+void ConverterWindow::Form_Load() {
+    if (p_.LibraryCount == 1) {
+        startedWithFile_ = 0;
+        InitConverter();
+    }
+}
+
+void ConverterWindow::Form_Activate() {
+    for (const char* label : {"Label2", "Label3", "Label4", "Label5", "Label6"}) (*this)[label].SetCaption("");
+    (*this)["Text1"].SetText("");
+    if (p_.LibraryCount == 0) {
+        startedWithFile_ = 0;
+        InitConverter();
+    }
+}
+
+// Files are closed by their owners; the name does not outlive the window.
+void ConverterWindow::Form_Unload(int& cancel) {
+    (void)cancel;
+    fileName.clear();
+}
+
+void ConverterWindow::InitConverter() {
+    SetUpControls();
+    if (!TakeFileName()) return;
+    FilCvrt::PrepareInputFile(p_, fileName);
+    ConvertFile(fileName);
+    AskConvertAnother();
+    FinishConversion();
+}
+
+void ConverterWindow::SetUpControls() {
+    (*this)["Label1"].SetCaption(texts_.title);
+    (*this)["Label2"].SetCaption(VersionLine());
+    for (const char* label : {"Label3", "Label4", "Label5", "Label6"}) (*this)[label].SetCaption("");
+    (*this)["Text1"].SetText("");
+    for (const char* button : {"Command1", "Command2", "Command4"}) (*this)[button].SetVisible(true);
+    (*this)["Command3"].SetVisible(false);
+    startedWithFile_ = 0;
+}
+
+bool ConverterWindow::TakeFileName() {
+    if (fileName.empty()) {
+        (*this)["Label3"].SetCaption(texts_.prompt);
+        return false;
+    }
+    startedWithFile_ = 1;
+    // A quoted path from the command line loses its quotes.
+    if (Contains(fileName, "\"")) fileName = DropFirst(DropLast(fileName, 1));
+    fileName = Trim(fileName);
+    (*this)["Text1"].SetText(fileName);
+    return true;
+}
+
+void ConverterWindow::AskConvertAnother() {
+    for (const char* button : {"Command1", "Command2", "Command3", "Command4"}) (*this)[button].SetVisible(false);
+    (*this)["Label4"].SetCaption("");
+    if (startedWithFile_ != 1) {
+        (*this)["Command3"].SetVisible(true);
+        (*this)["Command4"].SetVisible(true);
+        SetFocus("Command3");
+        (*this)["Label5"].SetCaption(texts_.question);
+    }
+    p_.ui.Refresh(*this);
+}
+
+void ConverterWindow::FinishConversion() {
+    FileConv& converter = FileConv::Of(p_);
+    converter["Command1"].SetCaption("Done");
+    p_.ui.Refresh(converter);
+    if (p_.LibraryCount == 0) WaitSeconds(p_, 1.0);
+    converter["Command1"].SetCaption(p_.SelectFilePrompt);
+    converter.RefreshFiles();
+    // A window that converted the file the converter handed it closes, so
+    // that the next file finds it afresh.
+    if (startedWithFile_ == 1 && Loaded()) Unload();
+}
+
+void ConverterWindow::ShowProgress(const std::string& text) {
+    (*this)["Label4"].SetCaption(text);
+    p_.ui.Refresh(*this);
+}
+
+}  // namespace ravelo::windows

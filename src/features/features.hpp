@@ -1,0 +1,12 @@
+// The utilities and windows of this build, registered with a program.
+#pragma once
+
+#include "startup/program.hpp"
+
+namespace ravelo {
+
+// Registers every window and command word of the build (the main window,
+// the file converter and its windows, ...).
+void RegisterFeatures(Program& p);
+
+}  // namespace ravelo
