@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what building and testing RaveloUtils needs, from Debian's packages.
 set -euo pipefail
-packages=(cmake ninja-build g++ googletest libgtest-dev libgmock-dev libbenchmark-dev python3)
+packages=(cmake ninja-build g++ googletest libgtest-dev libgmock-dev libbenchmark-dev libcurl4-openssl-dev python3)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")

@@ -1,6 +1,7 @@
 #include "features/features.hpp"
 
 #include "convert/driver.hpp"
+#include "readurl/readurl.hpp"
 #include "startup/run.hpp"
 
 namespace ravelo {
@@ -8,6 +9,7 @@ namespace ravelo {
 void RegisterFeatures(Program& p) {
     RegisterStartupWindows(p);
     RegisterConverter(p);
+    RegisterReadUrl(p);
 }
 
 }  // namespace ravelo

@@ -11,12 +11,14 @@ Program::Program(Services services)
       clock(*services.clock),
       ui(*services.ui),
       shell(*services.shell),
+      downloader(*services.downloader),
       env(environment_),
       waitScale(services.waitScale),
       files_(std::move(services.files)),
       clock_(std::move(services.clock)),
       ui_(std::move(services.ui)),
       shell_(std::move(services.shell)),
+      downloader_(std::move(services.downloader)),
       environment_(std::move(services.environment)) {
     ui.windowProvider = [this](std::string_view name) -> ui::Form* {
         return HasWindow(name) ? &Window(name) : nullptr;

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/download.hpp"
 #include "platform/filesystem.hpp"
 #include "platform/host.hpp"
 #include "ui/host.hpp"
@@ -28,6 +29,7 @@ struct Services {
     std::unique_ptr<platform::Clock> clock;
     std::unique_ptr<ui::UiHost> ui;
     std::unique_ptr<platform::Shell> shell;
+    std::unique_ptr<platform::Downloader> downloader;
     platform::Environment environment;
     double waitScale = 1;   // multiplies every timed pause; 0 skips them
 };
@@ -43,6 +45,7 @@ public:
     platform::Clock& clock;
     ui::UiHost& ui;
     platform::Shell& shell;
+    platform::Downloader& downloader;
     const platform::Environment& env;
     const double waitScale;
 
@@ -100,6 +103,7 @@ private:
     std::unique_ptr<platform::Clock> clock_;
     std::unique_ptr<ui::UiHost> ui_;
     std::unique_ptr<platform::Shell> shell_;
+    std::unique_ptr<platform::Downloader> downloader_;
     platform::Environment environment_;
     std::map<std::string, WindowFactory> factories_;        // by lower-case name
     std::map<std::string, std::unique_ptr<ui::Form>> windows_;

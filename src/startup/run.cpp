@@ -48,6 +48,7 @@ Services ServicesFromEnvironment() {
     services.clock = std::make_unique<platform::SystemClock>();
     services.ui = HostFromEnvironment();
     services.shell = std::make_unique<platform::SystemShell>();
+    services.downloader = std::make_unique<platform::CurlDownloader>(*services.files);
     services.waitScale = platform::WaitScaleFromEnvironment();
     return services;
 }

@@ -44,6 +44,7 @@ TestProgram::TestProgram(const std::string& script, double waitScale, std::vecto
     services.clock = std::move(clock);
     services.ui = std::make_unique<ui::ScriptHost>(std::make_unique<std::istringstream>(script), out_);
     services.shell = std::make_unique<platform::SystemShell>();
+    services.downloader = std::make_unique<platform::CurlDownloader>(*services.files);
     services.waitScale = waitScale;
     program_ = std::make_unique<Program>(std::move(services));
     RegisterFeatures(*program_);
