@@ -1,6 +1,9 @@
 #include "features/features.hpp"
 
+#include "calc/calcx_form.hpp"
 #include "convert/driver.hpp"
+#include "moldb/updatmol.hpp"
+#include "mollog/logtohtm.hpp"
 #include "readurl/readurl.hpp"
 #include "startup/run.hpp"
 
@@ -9,7 +12,10 @@ namespace ravelo {
 void RegisterFeatures(Program& p) {
     RegisterStartupWindows(p);
     RegisterConverter(p);
+    RegisterCalculator(p);
     RegisterReadUrl(p);
+    RegisterMolLog(p);
+    RegisterMolDb(p);
 }
 
 }  // namespace ravelo

@@ -1,0 +1,61 @@
+// The LogHtmForm1 window.
+#include "mollog/log_htm_form.hpp"
+
+#include "startup/shared.hpp"  // for CheckInstallation, FileExists
+
+namespace ravelo::LogToHtm {
+namespace {
+
+constexpr std::string_view kDone = "The task was completed successfully.";
+
+}  // namespace
+
+LogHtmForm1::LogHtmForm1(Program& p)
+    : Form(p.ui, std::string(kName), "RAVELO - molecule.log <> molecule.htm"), p_(p) {
+    using ui::ControlKind;
+    Add("Label1", ControlKind::Label);
+    Add("Label2", ControlKind::Label);
+    Add("Label3", ControlKind::Label, "Move Data from Molecule.Log to Molecule.Htm").onClick = [this] {
+        CopyLogToHtml(p_, mode, record);
+        ShowMessage(std::string(kDone));
+    };
+    Add("Label4", ControlKind::Label, "Move Data from Molecule.Htm to Molecule.Log").onClick = [this] {
+        CopyHtmlToLog(p_, mode, record);
+        ShowMessage(std::string(kDone));
+    };
+    // Every file is closed by the copy that opened it.
+    Add("Command2", ControlKind::Button, "Exit").onClick = [this] { Unload(); };
+}
+
+void LogHtmForm1::Form_Load() {
+    (*this)["Label1"].SetCaption("Click the appropriate label to copy data from one file type to the other.");
+    (*this)["Label2"].SetCaption("");
+    (*this)["Label2"].SetVisible(false);
+    StartUp();
+}
+
+// A key press only ends a wait that is watching for one.
+void LogHtmForm1::Form_KeyPress(int& keyAscii) {
+    (void)keyAscii;
+    p_.WaitFlag = p_.TrueText;
+}
+
+void LogHtmForm1::StartUp() {
+    if (p_.InstallDrive.empty()) CheckInstallation(p_);
+    (*this)["Label2"].SetVisible(true);
+    std::string log = LogPath(p_);
+    const bool logPresent = FileExists(p_, log);
+    // The pages are made even without a log; the actions stay clickable and
+    // a copy from a missing log then fails when it opens the file.
+    MakeHtmlHeaders(p_);
+    (*this)["Label2"].SetCaption(logPresent ? "Ready to proceed"
+                                            : "The file MOLECULE.LOG is missing.  End the program.");
+}
+
+void LogHtmForm1::ShowMessage(std::string text) {
+    (*this)["Label2"].SetVisible(true);
+    (*this)["Label2"].SetCaption(std::move(text));
+    p_.ui.Refresh(*this);
+}
+
+}  // namespace ravelo::LogToHtm

@@ -1,0 +1,75 @@
+// Replays a recorded run of the molecule log utilities through the built
+// program. A run folder under tests/data holds before/ (files on drive C),
+// command.txt, script.txt (fed to the script host), stdout.txt and after/
+// (every file under ravelo\ and dmor\ at the end); @TODAY@ stands for
+// today's date, @VERSIONLINE@ for the program's version line.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/host.hpp"
+#include "startup/program.hpp"
+#include "support/test_program.hpp"
+
+namespace ravelo::test {
+
+// Relative path -> bytes of every file under `root`.
+inline std::map<std::string, std::string> FilesUnder(const std::filesystem::path& root) {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(root))
+        if (entry.is_regular_file())
+            files[relative(entry.path(), root).generic_string()] = ReadHostFile(entry.path());
+    return files;
+}
+
+inline void ExpectGoldenRun(const std::string& runName) {
+    const std::filesystem::path run = std::filesystem::path(RAVELO_TEST_DATA) / runName;
+    TempFolder work;
+    const auto driveC = work.Path() / "c";
+    WriteHostFile(driveC / "programdata/ravelo/ravelodrive.dat", "\"Kalmodyn\",\"2026\",\"C:\"\r\n");
+    WriteHostFile(driveC / "ravelo/Kalmodyn.Exe", "stand-in for the modeller executable\r\n");
+    for (const auto& [file, bytes] : FilesUnder(run / "before")) WriteHostFile(driveC / file, bytes);
+
+    const platform::Date today = platform::SystemClock().Today();
+    char todayText[16];
+    std::snprintf(todayText, sizeof todayText, "%02d-%02d-%04d", today.month, today.day, today.year);
+    auto expected = [&](std::string text) {
+        for (const auto& [mark, value] :
+             {std::pair<std::string, std::string>{"@TODAY@", todayText}, {"@VERSIONLINE@", VersionLine()}})
+            for (std::size_t at; (at = text.find(mark)) != std::string::npos;)
+                text.replace(at, mark.size(), value);
+        return text;
+    };
+
+    // "RAVELO_UI=script ... raveloutils updtmol now   (script on ...)": the words after "raveloutils".
+    const std::string command = ReadHostFile(run / "command.txt");
+    std::istringstream words(command.substr(command.find("raveloutils ") + 12));
+    std::vector<std::string> args;
+    for (std::string word; words >> word && word[0] != '(';) args.push_back(word);
+
+    const ProcessResult result = RunBinary(args,
+                                           {{"RAVELO_DRIVE_C", driveC.string()},
+                                            {"RAVELO_UI", "script"},
+                                            {"RAVELO_WAIT_SCALE", "0"},
+                                            {"TEMP", work.Path().string()}},
+                                           ReadHostFile(run / "script.txt"), work.Path());
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out, expected(ReadHostFile(run / "stdout.txt")));
+
+    std::map<std::string, std::string> want = FilesUnder(run / "after"), got;
+    for (auto& [file, bytes] : want) bytes = expected(bytes);
+    for (const auto& [file, bytes] : FilesUnder(driveC))
+        if (file.rfind("ravelo/", 0) == 0 || file.rfind("dmor/", 0) == 0) got[file] = bytes;
+    got.erase("ravelo/Kalmodyn.Exe");  // the installation's own file
+    EXPECT_EQ(got, want);              // the same files, byte for byte, and no others
+}
+
+}  // namespace ravelo::test
