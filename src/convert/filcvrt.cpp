@@ -7,7 +7,6 @@
 #include <cmath>
 #include <string_view>
 
-#include "runtime/error.hpp"
 #include "runtime/number.hpp"   // for Val, Power, Divide, RoundHalfEven, CheckedResult
 #include "runtime/text.hpp"
 #include "startup/shared.hpp"   // for DeleteIfExists
@@ -224,7 +223,14 @@ void MakeCleanTempFile(Program& p, const std::string& path, const std::string& b
     // deleted only after that.
     const std::string target = base + ext;
     p.fs.FileCopy(tnpPath, target);
-    if (LCase(target) != LCase(path)) p.fs.Kill(path);
+    if (LCase(target) != LCase(path)) {
+        p.fs.Kill(path);
+    } else {
+        // The input is written anew under its name as given, so a file
+        // found in another case (Methyl_diol.xcc named methyl_diol.xcc)
+        // takes the case of the name.
+        p.fs.Name(target, target);
+    }
     p.fs.Kill(tmpPath);
     p.fs.Kill(tnpPath);
 }

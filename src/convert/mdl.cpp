@@ -50,8 +50,9 @@ void ConvertFile(Program& p, const std::string& fileName) {
 
     // The counter is raised before it is tested against the count, so a
     // complete block of N atoms leaves it at N + 1 and the end record carries
-    // N + 2, while a block cut short at k atoms carries k + 1. The modeller
-    // reads these files as they are; the count is kept as it always was.
+    // N + 2; a file that ends after k atoms carries k + 1, a line without "."
+    // after k atoms k + 2. SXS files converted before carry the same numbers,
+    // so the count stays as it is.
     std::int64_t counter = 0;
     while (!in.Eof()) {
         ++counter;

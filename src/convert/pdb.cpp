@@ -14,8 +14,8 @@ namespace {
 
 // What the first pass finds in the header.
 struct Header {
-    std::string name;        // the structure's name: the base name or the cleaned entry code
-    std::string outBase;     // the output's path without extension
+    std::string name;     // the structure's name: the base name or the cleaned entry code
+    std::string outBase;  // the output's path without extension
     bool hasResolution = false;
     std::string resolution;  // the text as read
 };
@@ -58,7 +58,7 @@ void ConvertFile(Program& p, const std::string& fileName,
             // Fields are found by blanks and decimal points, not by column:
             // records whose fields run together are misread. The cleaning
             // also widens a residue number 0 to 0.0000, which then reads as a
-            // coordinate. Both are kept as the modeller has always had them.
+            // coordinate. Both are kept, so that a file converts as it always has.
             const std::string record = Trim(Mid(line, hetatm ? 7 : 5));
             const std::size_t blank = InStr(record, " ");
             const std::string number = blank == 0 ? record : Left(record, static_cast<long long>(blank) - 1);

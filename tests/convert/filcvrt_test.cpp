@@ -1,11 +1,12 @@
-// The converter's shared routines: the cleaning of an input in place, names,
-// number text, coordinates, element symbols, titles, rounding, the records
-// and the check of a written file.
+// The converter's shared routines: cleaning an input in place, names, number
+// text, coordinates, element symbols, titles, rounding, records and the check
+// of a written file. Expected values are worked out by hand from the rules.
 #include "convert/filcvrt.hpp"
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "startup/raveloutilx.hpp"   // for kElementSymbols
@@ -18,88 +19,40 @@ namespace {
 using test::ErrorOf;
 using test::TestProgram;
 
-std::vector<std::string> FilesIn(Program& p, const std::string& folder) { return p.fs.Dir(folder + "\\*"); }
-
-// ---------------------------------------------------------------------------
-// Cleaning the input in place
-
-struct CleanResult {
-    std::string lineEndsOk;
-    std::string text;
-};
-
-CleanResult CleanFile(const std::string& bytes) {
-    TestProgram t;
-    t.Write("C:\\d\\mol.xyz", bytes);
-    FilCvrt::PrepareInputFile(t.program(), "C:\\d\\mol.xyz");
-    // Only the cleaned input is left: the .tmp and .tnp work files are gone.
-    EXPECT_EQ(FilesIn(t.program(), "C:\\d"), std::vector<std::string>{"mol.xyz"});
-    return {t.program().LineEndsOk, t.Read("C:\\d\\mol.xyz")};
-}
-
-TEST(FilCvrtCleaning, CrLfLinesPassTheScanAndStayAsTheyAre) {
-    const CleanResult c = CleanFile("3\r\nwater\r\nO 0.1 0.2 0.3\r\n");
-    EXPECT_EQ(c.lineEndsOk, "Yea");
-    EXPECT_EQ(c.text, "3\r\nwater\r\nO 0.1 0.2 0.3\r\n");
-}
-
-TEST(FilCvrtCleaning, BareLineFeedsFailTheScanAndAreRewritten) {
-    const CleanResult c = CleanFile("A\nB\n");
-    EXPECT_EQ(c.lineEndsOk, "Nay");
-    EXPECT_EQ(c.text, "A\r\nB\r\n");
-}
-
-TEST(FilCvrtCleaning, AnEmptyLineFailsTheScanAndDisappears) {
-    const CleanResult c = CleanFile("A\r\n\r\nB\r\n");
-    EXPECT_EQ(c.lineEndsOk, "Nay");
-    EXPECT_EQ(c.text, "A\r\nB\r\n");
-}
-
-TEST(FilCvrtCleaning, TheCharacterAfterACarriageReturnIsTakenUnseen) {
-    // CR (1), "B" taken without a look, CR (2), LF (3): the count reaches 3.
-    CleanResult c = CleanFile("A\rB\r\n");
-    EXPECT_EQ(c.lineEndsOk, "Nay");
-    EXPECT_EQ(c.text, "A\r\nB\r\n");
-    // A tab right after a carriage return is taken unseen too, and the run
-    // never reaches 3: the scan passes and the line reader splits at the CR.
-    c = CleanFile("A\r\tB\r\n");
-    EXPECT_EQ(c.lineEndsOk, "Yea");
-    EXPECT_EQ(c.text, "A\r\n\tB\r\n");
-}
-
-TEST(FilCvrtCleaning, ACarriageReturnAtTheEndPassesButEndsUpAsCrLf) {
-    CleanResult c = CleanFile("A\r\nB\r");
-    EXPECT_EQ(c.lineEndsOk, "Yea");
-    EXPECT_EQ(c.text, "A\r\nB\r\n");
-    // CR LF then a CR at the end is an empty line begun: 3.
-    c = CleanFile("A\r\nB\r\n\r");
-    EXPECT_EQ(c.lineEndsOk, "Nay");
-    EXPECT_EQ(c.text, "A\r\nB\r\n");
-}
-
-TEST(FilCvrtCleaning, RebuildTurnsTabsToBlanksDropsHighBytesAndCollapsesControls) {
-    // A tab is one blank; \x01\x02 and the LF run give one break; \xe9 goes.
-    CleanResult c = CleanFile("\tC\x01\x02x\xe9y\n");
-    EXPECT_EQ(c.lineEndsOk, "Nay");
-    EXPECT_EQ(c.text, " C\r\nxy\r\n");
-    // The tab between two line feeds was written as a blank, so the second
-    // line feed makes a new break, and the line of one blank is kept.
-    c = CleanFile("A\n\t\nB");
-    EXPECT_EQ(c.text, "A\r\n \r\nB\r\n");
-}
-
-TEST(FilCvrtCleaning, EqualsEndAndItalicTagsAreCleanedLineByLine) {
-    // "==END" needs two rounds; "<<i>i>" leaves "<i>" (one removal pass);
-    // "</<i>i>" loses "<i>" first and then is "</i>", removed: empty, dropped.
-    const CleanResult c = CleanFile("x==END\r\n<i>C</i> 1.0\r\n<<i>i>\r\n</<i>i>\r\n<i></i>\r\nlast\r\n");
-    EXPECT_EQ(c.lineEndsOk, "Yea");
-    EXPECT_EQ(c.text, "xEND\r\nC 1.0\r\n<i>\r\nlast\r\n");
-}
-
-TEST(FilCvrtCleaning, AnEmptyFileStaysEmpty) {
-    const CleanResult c = CleanFile("");
-    EXPECT_EQ(c.lineEndsOk, "Yea");
-    EXPECT_EQ(c.text, "");
+TEST(FilCvrtCleaning, LineEndScanAndRebuild) {
+    struct Case {
+        const char* in;
+        const char* ok;
+        const char* out;
+    };
+    const Case cases[] = {
+        {"3\r\nwater\r\nO 0.1\r\n", "Yea", "3\r\nwater\r\nO 0.1\r\n"},
+        {"A\nB\n", "Nay", "A\r\nB\r\n"},          // bare line feeds
+        {"A\r\n\r\nB\r\n", "Nay", "A\r\nB\r\n"},  // an empty line
+        // CR (1), "B" taken unseen, CR LF (3): fails.
+        {"A\rB\r\n", "Nay", "A\r\nB\r\n"},
+        // The tab after a CR is taken unseen: passes, and the tab stays.
+        {"A\r\tB\r\n", "Yea", "A\r\n\tB\r\n"},
+        {"A\r\nB\r", "Yea", "A\r\nB\r\n"},        // CR at the end passes
+        {"A\r\nB\r\n\r", "Nay", "A\r\nB\r\n"},    // CR LF CR: 3
+        // Tab -> blank, \xe9 dropped, a run of control bytes -> one break.
+        {"\tC\x01\x02x\xe9y\n", "Nay", " C\r\nxy\r\n"},
+        // The tab written as a blank ends the run: a line of one blank stays.
+        {"A\n\t\nB", "Nay", "A\r\n \r\nB\r\n"},
+        // "==END" takes two rounds; "<<i>i>" keeps "<i>"; "</<i>i>" and
+        // "<i></i>" end up empty and go.
+        {"x==END\r\n<i>C</i> 1.0\r\n<<i>i>\r\n</<i>i>\r\n<i></i>\r\n", "Yea", "xEND\r\nC 1.0\r\n<i>\r\n"},
+        {"", "Yea", ""},
+    };
+    for (const Case& c : cases) {
+        TestProgram t;
+        t.Write("C:\\d\\mol.xyz", c.in);
+        FilCvrt::PrepareInputFile(t.program(), "C:\\d\\mol.xyz");
+        EXPECT_EQ(t.program().LineEndsOk, c.ok) << c.in;
+        EXPECT_EQ(t.Read("C:\\d\\mol.xyz"), c.out) << c.in;
+        // The .tmp and .tnp work files are gone again.
+        EXPECT_EQ(t.program().fs.Dir("C:\\d\\*"), std::vector<std::string>{"mol.xyz"});
+    }
 }
 
 TEST(FilCvrtCleaning, TheExtensionRunsFromTheFirstPointOfThePath) {
@@ -108,320 +61,177 @@ TEST(FilCvrtCleaning, TheExtensionRunsFromTheFirstPointOfThePath) {
     FilCvrt::PrepareInputFile(t.program(), "C:\\data.old\\mol.xyz");
     EXPECT_EQ(t.program().InputExt, ".old\\mol.xyz");
     EXPECT_EQ(t.Read("C:\\data.old\\mol.xyz"), "C 1.0\r\n");
-    // The work files were C:\data.tmp and C:\data.tnp, both removed again.
-    EXPECT_FALSE(t.Exists("C:\\data.tmp"));
-    EXPECT_FALSE(t.Exists("C:\\data.tnp"));
-}
+    EXPECT_EQ(t.program().fs.Dir("C:\\*"), std::vector<std::string>{});   // no C:\data.tmp, .tnp
 
-TEST(FilCvrtCleaning, ACleanedCopyGoesToBasePlusExtension) {
-    TestProgram t;
+    // The cleaned text goes to base + extension; the input goes.
     t.Write("C:\\d\\in.dat", "A\r\n");
     FilCvrt::MakeCleanTempFile(t.program(), "C:\\d\\in.dat", "C:\\d\\out", ".xyz");
-    EXPECT_EQ(FilesIn(t.program(), "C:\\d"), std::vector<std::string>{"out.xyz"});
-    EXPECT_EQ(t.Read("C:\\d\\out.xyz"), "A\r\n");
+    EXPECT_EQ(t.program().fs.Dir("C:\\d\\*"), std::vector<std::string>{"out.xyz"});
 }
 
-// ---------------------------------------------------------------------------
-// File names
-
-TEST(FilCvrtNames, SplitFileNameGivesTheFolderAndTheNameLessFourCharacters) {
+TEST(FilCvrtNames, SplitFileNameAndCleanMoleculeName) {
     TestProgram t;
     Program& p = t.program();
-    std::string name = "old";
+    std::string name;
     FilCvrt::SplitFileName(p, "C:\\d\\aspirin.mol", name);
-    EXPECT_EQ(p.SourceDir, "C:\\d\\");
-    EXPECT_EQ(name, "aspirin");
-
-    FilCvrt::SplitFileName(p, "C:\\e\\.xyz", name);
-    EXPECT_EQ(p.SourceDir, "C:\\e\\");
-    EXPECT_EQ(name, "");
-
-    // Without "\" nothing changes.
-    FilCvrt::SplitFileName(p, "aspirin.mol", name);
-    EXPECT_EQ(p.SourceDir, "C:\\e\\");
-    EXPECT_EQ(name, "");
-
+    EXPECT_EQ(p.SourceDir + "|" + name, "C:\\d\\|aspirin");
+    FilCvrt::SplitFileName(p, "x.mol", name);   // no "\": both unchanged
+    EXPECT_EQ(p.SourceDir + "|" + name, "C:\\d\\|aspirin");
     EXPECT_EQ(ErrorOf([&] { FilCvrt::SplitFileName(p, "C:\\d\\abc", name); }), 5);
-}
 
-TEST(FilCvrtNames, CleanMoleculeNameMakesATitleSafeForAFileName) {
-    auto clean = [](const std::string& fallback, std::string name) {
-        FilCvrt::CleanMoleculeName(fallback, name);
-        return name;
+    auto clean = [](const std::string& fallback, std::string n) {
+        FilCvrt::CleanMoleculeName(fallback, n);
+        return n;
     };
     EXPECT_EQ(clean("base", "  my mol.v2,x "), "my_mol_v2_x");
-    // A number as name when the fallback is no number: the fallback, trimmed.
-    EXPECT_EQ(clean(" base ", "123"), "base");
+    EXPECT_EQ(clean(" base ", "123"), "base");   // a number, the fallback none
     EXPECT_EQ(clean("12", "456"), "456");
-    // The number test comes after the points became "_": 0_5 reads 0, 1_5 reads 1.
-    EXPECT_EQ(clean("base", "0.5"), "0_5");
-    EXPECT_EQ(clean("base", "1.5"), "base");
-    // Empty and longer than 40 characters: the fallback (trimmed at the end).
+    EXPECT_EQ(clean("base", "0.5"), "0_5");      // tested as "0_5": reads 0
+    EXPECT_EQ(clean("base", "1.5"), "base");     // "1_5" reads 1
     EXPECT_EQ(clean(" base ", "   "), "base");
     EXPECT_EQ(clean("base", std::string(40, 'a')), std::string(40, 'a'));
     EXPECT_EQ(clean("base", std::string(41, 'a')), "base");
 }
 
-// ---------------------------------------------------------------------------
-// Number text
-
-std::string CleanedLine(std::string line) {
-    FilCvrt::CleanNumericLine(line);
-    return line;
-}
-
-TEST(FilCvrtNumbers, ALineHoldingUnkStaysAsItIs) { EXPECT_EQ(CleanedLine(" UNK 0 1.5(2) ? "), " UNK 0 1.5(2) ? "); }
-
-TEST(FilCvrtNumbers, LoneZerosWidenToFourDecimals) {
-    // " 0 " -> "  0.0000 " (the leading blank is kept, the last one reused).
-    EXPECT_EQ(CleanedLine("A 0 B"), "A  0.0000 B");
-    // Overlapping zeros share a blank; the last one is found with the two
-    // blanks added at the end.
-    EXPECT_EQ(CleanedLine("C 0 0 0"), "C  0.0000  0.0000  0.0000");
-    // " .0 " -> "  0.0000 ".
-    EXPECT_EQ(CleanedLine("A .0 B"), "A  0.0000 B");
-    // " 0.0 " -> " 0.0000 " and its own last blank: two blanks.
-    EXPECT_EQ(CleanedLine("A 0.0 B"), "A 0.0000  B");
-    // A zero at the start of the line has no blank before it.
-    EXPECT_EQ(CleanedLine("0 1"), "0 1");
-}
-
-TEST(FilCvrtNumbers, ShortFractionsArePaddedAfterTheNumber) {
-    EXPECT_EQ(CleanedLine("-0.3"), "-0.30000");
-    // ".25" and ".5" are short; "1.2345" (5 characters from the point) is not.
-    EXPECT_EQ(CleanedLine("C -0.3 1.25 2.5 1.2345"), "C -0.30000  1.250000  2.50000  1.2345");
-    // The point and three digits is the longest text padded.
-    EXPECT_EQ(CleanedLine("1.123 1.1234"), "1.1230000  1.1234");
-    // A point anywhere counts, also in a word.
-    EXPECT_EQ(CleanedLine("dot. x"), "dot.0000  x");
-}
-
-TEST(FilCvrtNumbers, UncertaintiesInBracketsAreRemoved) {
-    // ".2345(6)" is long, so no padding; the bracket becomes "000 ".
-    EXPECT_EQ(CleanedLine("HG 1.2345(6) 2.5 3.75"), "HG 1.2345000  2.50000  3.750000");
-    EXPECT_EQ(CleanedLine("1.2345(6) "), "1.2345000");
-    // Without any "." before it the bracket becomes three blanks.
-    EXPECT_EQ(CleanedLine("12(3)"), "12");
-    EXPECT_EQ(CleanedLine("X 12(3) Y"), "X 12    Y");
-    // A "." anywhere before the bracket decides, also one that came before an
-    // earlier bracket: 7(1) has none, the two after it have one.
-    EXPECT_EQ(CleanedLine("7(1) 2.5(3) 4(2)"), "7    2.5000  4000");
-    // " (" closes up first; "(" without ")" stops the removal (".5(2" is short).
-    EXPECT_EQ(CleanedLine("1.5 (2)"), "1.5000");
-    EXPECT_EQ(CleanedLine("1.5(2"), "1.5(20000");
-}
-
-TEST(FilCvrtNumbers, TabsQuestionMarksAndLonePointsBecomeBlanks) {
-    // Tabs are three blanks each, then " (" -> "(", then "?" -> " ".
-    EXPECT_EQ(CleanedLine("C\t1.5 (2)\t?"), "C   1.5000");
-    EXPECT_EQ(CleanedLine("a . b"), "a b");
-    EXPECT_EQ(CleanedLine("?1?"), "1");
-}
-
-TEST(FilCvrtNumbers, LongLinesAreCleanedWhole) {
-    // Many zeros and short fractions in one line: each one widened or padded.
-    std::string line, expected = "X";
-    for (int i = 0; i < 2000; ++i) {
-        line += " 0 1.5";
-        expected += "  0.0000 1.50000 ";
+TEST(FilCvrtNumbers, CleanNumericLine) {
+    const std::pair<const char*, const char*> cases[] = {
+        {" UNK 0 1.5(2) ? ", " UNK 0 1.5(2) ? "},
+        // " 0 " -> "  0.0000 ", " .0 " -> "  0.0000 ", " 0.0 " -> " 0.0000  ".
+        {"A 0 B", "A  0.0000 B"},
+        {"C 0 0 0", "C  0.0000  0.0000  0.0000"},   // neighbours share a blank
+        {"A .0 B", "A  0.0000 B"},
+        {"A 0.0 B", "A 0.0000  B"},
+        {"0 1", "0 1"},
+        // Padding goes after the number; ".1234" (5 characters) is not short.
+        {"-0.3", "-0.30000"},
+        {"C -0.3 1.25 1.123 1.1234", "C -0.30000  1.250000  1.1230000  1.1234"},
+        {"dot. x", "dot.0000  x"},
+        // Brackets: "000 " after a "." anywhere before, else three blanks.
+        {"HG 1.2345(6) 2.5 3.75", "HG 1.2345000  2.50000  3.750000"},
+        {"12(3)", "12"},
+        {"X 12(3) Y", "X 12    Y"},
+        {"7(1) 2.5(3) 4(2)", "7    2.5000  4000"},
+        {"1.5(2", "1.5(20000"},   // ".5(2" is short; no ")" stops the removal
+        // Tabs to three blanks, then " (" -> "(", " . " -> " ", "?" -> " ".
+        {"C\t1.5 (2)\t?", "C   1.5000"},
+        {"a . b", "a b"},
+    };
+    for (const auto& [in, out] : cases) {
+        std::string line = in;
+        FilCvrt::CleanNumericLine(line);
+        EXPECT_EQ(line, out) << in;
     }
-    expected.pop_back();   // the last blank goes with the trimming
-    EXPECT_EQ(CleanedLine("X" + line), expected);
 }
 
-// ---------------------------------------------------------------------------
-// Coordinates
-
-struct Read3 {
-    double x = -1, y = -1, z = -1;
-    std::string line;
-};
-
-Read3 ReadFrom(const std::string& ext, const std::string& line, const std::string& rest) {
-    TestProgram t;
-    t.program().InputExt = ext;
-    InputFile in(MemorySource(rest));
-    Read3 r;
-    r.line = line;
-    FilCvrt::ReadCoordinates(t.program(), in, r.line, r.x, r.y, r.z);
-    return r;
-}
-
-TEST(FilCvrtCoordinates, NumbersWithoutAPointBeforeTheCoordinatesArePassedOver) {
-    const Read3 r = ReadFrom(".xyz", "1 C 6 1.5 -2.25 3.0 9.5", "");
-    EXPECT_EQ(r.x, 1.5);
-    EXPECT_EQ(r.y, -2.25);
-    EXPECT_EQ(r.z, 3.0);
-    EXPECT_EQ(r.line, "1 C 6 1.5 -2.25 3.0 9.5");
-}
-
-TEST(FilCvrtCoordinates, AShortLineContinuesOnTheNextLinesWithAPoint) {
-    const Read3 r = ReadFrom(".pdb", "C1 1.5", "  7 8  \r\n  2.5 3.5  \r\nC2 9.9 9.9 9.9\r\n");
-    EXPECT_EQ(r.x, 1.5);
-    EXPECT_EQ(r.y, 2.5);
-    EXPECT_EQ(r.z, 3.5);
-    EXPECT_EQ(r.line, "2.5 3.5");   // the last line read, trimmed
-}
-
-TEST(FilCvrtCoordinates, AWordWithAPointReadsAsZero) {
-    // "dot." is the first item with a point; the next line gives Y and Z.
-    const Read3 r = ReadFrom(".xyz", "a comment with a dot. and more", "CA 1.000 2.000 3.000\r\n");
-    EXPECT_EQ(r.x, 0);
-    EXPECT_EQ(r.y, 1);
-    EXPECT_EQ(r.z, 2);
-    EXPECT_EQ(r.line, "CA 1.000 2.000 3.000");
-}
-
-TEST(FilCvrtCoordinates, AtTheEndOfTheFileMissingCoordinatesReadZero) {
-    Read3 r = ReadFrom(".xyz", "C 1.5", "  tail  \r\n");
-    EXPECT_EQ(r.x, 1.5);
-    EXPECT_EQ(r.y, 0);
-    EXPECT_EQ(r.z, 0);
-    EXPECT_EQ(r.line, "tail");
-    // Nothing left to read: the line stays the caller's.
-    r = ReadFrom(".xyz", "no numbers", "");
-    EXPECT_EQ(r.x, 0);
-    EXPECT_EQ(r.z, 0);
-    EXPECT_EQ(r.line, "no numbers");
-}
-
-TEST(FilCvrtCoordinates, XcxLinesGiveTheThreeItemsAfterTheLabel) {
-    Read3 r = ReadFrom(".XCX", "  Fe1   0.5  -1   2e1 7.5 ", "9.9 9.9 9.9\r\n");
-    EXPECT_EQ(r.x, 0.5);
-    EXPECT_EQ(r.y, -1);
-    EXPECT_EQ(r.z, 20);
-    EXPECT_EQ(r.line, "Fe1   0.5  -1   2e1 7.5");
-    r = ReadFrom(".XCX", "O1 1", "");
-    EXPECT_EQ(r.x, 1);
-    EXPECT_EQ(r.y, 0);
-    EXPECT_EQ(r.z, 0);
-    // Only the upper-case type selects the mode: here the first items with
-    // a point are wanted, and there is only one.
-    r = ReadFrom(".xcx", "Fe1 0.5 -1 2", "");
-    EXPECT_EQ(r.x, 0.5);
-    EXPECT_EQ(r.y, 0);
-}
-
-// ---------------------------------------------------------------------------
-// Element symbols
-
-std::string Symbol(const std::string& ext, std::string label) {
-    TestProgram t;
-    t.program().InputExt = ext;
-    t.program().ElementSymbols = std::string(kElementSymbols);
-    std::string symbol = "old";
-    FilCvrt::GetElementSymbol(t.program(), label, symbol);
-    return symbol;
-}
-
-TEST(FilCvrtSymbols, ProteinAndCrystalPositionLettersAreDropped) {
-    EXPECT_EQ(Symbol(".pdb", "CA"), "C");
-    EXPECT_EQ(Symbol(".xyz", "CA"), "Ca");
-    EXPECT_EQ(Symbol(".pdb", "CD2"), "C");
-    EXPECT_EQ(Symbol(".mol", "CD2"), "Cd");
-    EXPECT_EQ(Symbol(".ent", "HD1"), "H");
-    EXPECT_EQ(Symbol(".cif", "OD1"), "O");
-    EXPECT_EQ(Symbol(".CSD", "CA"), "C");
-    // L, O, S, R, U keep the two letters; a lower-case second letter is no
-    // position letter.
-    EXPECT_EQ(Symbol(".cif", "CL1"), "Cl");
-    EXPECT_EQ(Symbol(".pdb", "CU"), "Cu");
-    EXPECT_EQ(Symbol(".pdb", "HO"), "Ho");
-    EXPECT_EQ(Symbol(".pdb", "Ca"), "Ca");
-    // The type is looked for as a piece of ".ENT.PDB.CSD.CIF": an empty type
-    // and ".CS" are in it, ".pdbx" is not.
-    EXPECT_EQ(Symbol("", "CA"), "C");
-    EXPECT_EQ(Symbol(".cs", "CA"), "C");
-    EXPECT_EQ(Symbol(".pdbx", "CA"), "Ca");
-}
-
-TEST(FilCvrtSymbols, TwoLettersOnlyWhenTheyNameAnElement) {
-    EXPECT_EQ(Symbol(".pdb", "NA"), "Na");
-    EXPECT_EQ(Symbol(".xyz", "CX"), "C");
-    EXPECT_EQ(Symbol(".pdb", "HG"), "Hg");
-    EXPECT_EQ(Symbol(".xyz", "br"), "Br");
-    EXPECT_EQ(Symbol(".xyz", "C 1.0"), "C");
-    EXPECT_EQ(Symbol(".xyz", "N1"), "N");
-}
-
-TEST(FilCvrtSymbols, LeadingNonLettersAreSkippedAndTheLabelTrimmed) {
-    EXPECT_EQ(Symbol(".xyz", "12ca"), "Ca");
-    EXPECT_EQ(Symbol(".xyz", "123"), "");
-    EXPECT_EQ(Symbol(".xyz", ""), "");
-    // Codes 91 to 96 count as letters: "_" is the first letter here.
-    EXPECT_EQ(Symbol(".xyz", "3_C"), "_");
-
-    TestProgram t;
-    t.program().ElementSymbols = std::string(kElementSymbols);
-    std::string label = "  Cl1  ", symbol;
-    FilCvrt::GetElementSymbol(t.program(), label, symbol);
-    EXPECT_EQ(label, "Cl1");
-    EXPECT_EQ(symbol, "Cl");
-}
-
-// ---------------------------------------------------------------------------
-// Rounding
-
-double Rounded(double value, std::int32_t places) {
-    FilCvrt::RoundToPlaces(value, places);
-    return value;
-}
-
-TEST(FilCvrtRounding, HalvesGoToTheEvenNeighbour) {
-    EXPECT_EQ(Rounded(2.5, 0), 2);
-    EXPECT_EQ(Rounded(3.5, 0), 4);
-    EXPECT_EQ(Rounded(-2.5, 0), -2);
-    // 0.375 and 0.625 are exact in binary: 37.5 -> 38, 62.5 -> 62.
-    EXPECT_EQ(Rounded(0.375, 2), 0.38);
-    EXPECT_EQ(Rounded(0.625, 2), 0.62);
-    EXPECT_EQ(Rounded(1234, -2), 1200);
-}
-
-TEST(FilCvrtRounding, ScaledValuesFromTheLongLimitOnAreLeftAlone) {
-    EXPECT_EQ(Rounded(2147483646.5, 0), 2147483646);
-    EXPECT_EQ(Rounded(2147483647.5, 0), 2147483647.5);
-    EXPECT_EQ(Rounded(214748364.75, 1), 214748364.75);   // scaled: 2147483647.5
-    // A product beyond the double range is an overflow.
-    EXPECT_EQ(ErrorOf([] { Rounded(1e300, 10); }), 6);
-}
-
-// ---------------------------------------------------------------------------
-// Records and the written file
-
-TEST(FilCvrtOutput, AtomAndEndRecordsInWriteNotation) {
-    TestProgram t;
-    t.program().fs.MkDirs("C:\\d");
-    {
-        OutputFile out = t.program().fs.OpenOutput("C:\\d\\w.sxs");
-        FilCvrt::WriteAtomRecord(out, 0, 0.7572, -0.4692, "H", 2);
-        FilCvrt::WriteAtomRecord(out, -1.25, 10.5, 3, "Cl", 3);
-        FilCvrt::WriteEndRecord(t.program(), out, "xyz_standard", 4);
+TEST(FilCvrtCoordinates, ReadCoordinates) {
+    struct Case {
+        const char* ext;
+        const char* line;
+        const char* rest;   // the lines after it in the file
+        std::vector<double> xyz;
+        const char* lineAfter;
+    };
+    const Case cases[] = {
+        // Numbers without a point before the coordinates are passed over.
+        {".xyz", "1 C 6 1.5 -2.25 3.0 9.5", "", {1.5, -2.25, 3.0}, "1 C 6 1.5 -2.25 3.0 9.5"},
+        // Short lines continue on the next ones; the line is the last one read.
+        {".pdb", "C1 1.5", "  7 8  \r\n  2.5 3.5  \r\nC2 9.9 9.9 9.9\r\n", {1.5, 2.5, 3.5}, "2.5 3.5"},
+        // "dot." is the first item with a point and reads 0.
+        {".xyz", "a comment with a dot. and more", "CA 1.000 2.000 3.000\r\n", {0, 1, 2}, "CA 1.000 2.000 3.000"},
+        // At the end of the file a missing number reads 0.
+        {".xyz", "C 1.5", "  tail  \r\n", {1.5, 0, 0}, "tail"},
+        {".xyz", "no numbers", "", {0, 0, 0}, "no numbers"},
+        // ".XCX": the three items after the label; only the upper-case type.
+        {".XCX", "  Fe1   0.5  -1   2e1 7.5 ", "9.9 9.9 9.9\r\n", {0.5, -1, 20}, "Fe1   0.5  -1   2e1 7.5"},
+        {".XCX", "O1 1", "", {1, 0, 0}, "O1 1"},
+        {".xcx", "Fe1 0.5 -1 2", "", {0.5, 0, 0}, "Fe1 0.5 -1 2"},
+    };
+    for (const Case& c : cases) {
+        TestProgram t;
+        t.program().InputExt = c.ext;
+        InputFile in(MemorySource(c.rest));
+        std::string line = c.line;
+        double x = -1, y = -1, z = -1;
+        FilCvrt::ReadCoordinates(t.program(), in, line, x, y, z);
+        EXPECT_EQ(std::vector<double>({x, y, z}), c.xyz) << c.line;
+        EXPECT_EQ(line, c.lineAfter) << c.line;
     }
-    EXPECT_EQ(t.Read("C:\\d\\w.sxs"), "0,.7572,-.4692,\"H\",2\r\n-1.25,10.5,3,\"Cl\",3\r\n0,0,0,\"xyz_standard\",4\r\n");
 }
 
-TEST(FilCvrtOutput, AFileOfFewerThanFourLinesIsDeleted) {
+TEST(FilCvrtSymbols, GetElementSymbol) {
+    struct Case {
+        const char* ext;
+        const char* label;
+        const char* symbol;
+    };
+    const Case cases[] = {
+        // Position letters A to D after C, H, O in protein and crystal files.
+        {".pdb", "CA", "C"}, {".xyz", "CA", "Ca"}, {".pdb", "CD2", "C"}, {".mol", "CD2", "Cd"},
+        {".ent", "HD1", "H"}, {".cif", "OD1", "O"}, {".CSD", "CA", "C"}, {".pdb", "Ca", "Ca"},
+        {".cif", "CL1", "Cl"}, {".pdb", "CU", "Cu"}, {".pdb", "HO", "Ho"},
+        // The type is matched as a piece of ".ENT.PDB.CSD.CIF".
+        {"", "CA", "C"}, {".cs", "CA", "C"}, {".pdbx", "CA", "Ca"},
+        // Two letters only when they name an element.
+        {".pdb", "NA", "Na"}, {".xyz", "CX", "C"}, {".pdb", "HG", "Hg"}, {".xyz", "br", "Br"},
+        {".xyz", "C 1.0", "C"}, {".xyz", "N1", "N"},
+        // Leading non-letters are skipped; codes 91 to 96 count as letters.
+        {".xyz", "12ca", "Ca"}, {".xyz", "123", ""}, {".xyz", "", ""}, {".xyz", "3_C", "_"},
+    };
     TestProgram t;
     Program& p = t.program();
+    p.ElementSymbols = std::string(kElementSymbols);
+    for (const Case& c : cases) {
+        p.InputExt = c.ext;
+        std::string label = c.label, symbol = "old";
+        FilCvrt::GetElementSymbol(p, label, symbol);
+        EXPECT_EQ(symbol, c.symbol) << c.ext << " " << c.label;
+    }
+    std::string label = "  Cl1  ", symbol;
+    FilCvrt::GetElementSymbol(p, label, symbol);
+    EXPECT_EQ(label, "Cl1");   // trimmed in place
+}
+
+TEST(FilCvrtRounding, HalvesToEvenBelowTheLongLimit) {
+    auto rounded = [](double value, std::int32_t places) {
+        FilCvrt::RoundToPlaces(value, places);
+        return value;
+    };
+    EXPECT_EQ(rounded(2.5, 0), 2);
+    EXPECT_EQ(rounded(3.5, 0), 4);
+    EXPECT_EQ(rounded(-2.5, 0), -2);
+    EXPECT_EQ(rounded(0.375, 2), 0.38);   // 37.5 -> 38 (exact in binary)
+    EXPECT_EQ(rounded(0.625, 2), 0.62);   // 62.5 -> 62
+    EXPECT_EQ(rounded(1234, -2), 1200);
+    EXPECT_EQ(rounded(2147483646.5, 0), 2147483646);
+    EXPECT_EQ(rounded(2147483647.5, 0), 2147483647.5);   // at the limit: unchanged
+    EXPECT_EQ(rounded(214748364.75, 1), 214748364.75);   // scaled 2147483647.5
+    EXPECT_EQ(ErrorOf([&] { rounded(1e300, 10); }), 6);
+}
+
+TEST(FilCvrtOutput, RecordsValidationAndMove) {
+    TestProgram t;
+    Program& p = t.program();
+    p.fs.MkDirs("C:\\d");
+    {
+        OutputFile out = p.fs.OpenOutput("C:\\d\\w.sxs");
+        FilCvrt::WriteAtomRecord(out, 0, 0.7572, -0.4692, "H", 2);
+        FilCvrt::WriteEndRecord(p, out, "xyz_standard", 4);
+    }
+    EXPECT_EQ(t.Read("C:\\d\\w.sxs"), "0,.7572,-.4692,\"H\",2\r\n0,0,0,\"xyz_standard\",4\r\n");
+
+    // Three lines: deleted. A closing plain line counts, ended or not.
     t.Write("C:\\d\\two.sxs", "1,2,3,\"C\",1\r\n2,3,4,\"O\",2\r\n0,0,0,\"two\",3\r\n");
     FilCvrt::ValidateOutputFile(p, "C:\\d\\two.sxs");
     EXPECT_FALSE(t.Exists("C:\\d\\two.sxs"));
     EXPECT_EQ(p.ConvertResult, "Nay");
-
-    // A closing line of any kind counts, and so does a last line without end.
     t.Write("C:\\d\\two.xxs", "1,2,3,\"C\",1\r\n2,3,4,\"O\",2\r\n0,0,0,\"two\",3\r\nResolution_High = 2.0");
     FilCvrt::ValidateOutputFile(p, "C:\\d\\two.xxs");
     EXPECT_TRUE(t.Exists("C:\\d\\two.xxs"));
     EXPECT_EQ(p.ConvertResult, "Yea");
-}
 
-TEST(FilCvrtOutput, MoveFileLeavesOnlyTheNewName) {
-    TestProgram t;
-    t.Write("C:\\d\\a.pdb", "HEADER\r\n");
-    t.Write("C:\\d\\b.lib", "old content\r\n");
-    FilCvrt::MoveFile(t.program(), "C:\\d\\a.pdb", "C:\\d\\b.lib");
-    EXPECT_EQ(FilesIn(t.program(), "C:\\d"), std::vector<std::string>{"b.lib"});
-    EXPECT_EQ(t.Read("C:\\d\\b.lib"), "HEADER\r\n");
+    FilCvrt::MoveFile(p, "C:\\d\\two.xxs", "C:\\d\\w.sxs");
+    EXPECT_EQ(p.fs.Dir("C:\\d\\*"), std::vector<std::string>{"w.sxs"});
+    EXPECT_EQ(t.Read("C:\\d\\w.sxs").substr(0, 11), "1,2,3,\"C\",1");
 }
 
 }  // namespace

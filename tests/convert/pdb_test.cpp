@@ -11,7 +11,8 @@
 #include <vector>
 
 #include "convert/filcvrt.hpp"
-#include "startup/shared.hpp"  // for GetTempDir
+#include "startup/raveloutilx.hpp"  // for kElementSymbols
+#include "startup/shared.hpp"       // for GetTempDir
 #include "support/error_of.hpp"
 #include "support/test_program.hpp"
 
@@ -24,16 +25,23 @@ using test::TestProgram;
 // One ATOM or HETATM record in the fixed columns of the format.
 std::string Atom(const char* record, int number, const char* name, double x, double y, double z) {
     char line[100];
-    std::snprintf(line, sizeof line, "%-6s%5d %-4s GLY A  17    %8.3f%8.3f%8.3f  1.00 20.00\r\n", record, number,
-                  name, x, y, z);
+    std::snprintf(line, sizeof line, "%-6s%5d %-4s GLY A  17    %8.3f%8.3f%8.3f  1.00 20.00\r\n", record,
+                  number, name, x, y, z);
     return line;
+}
+
+// The values that start-up sets and the reader uses: the element symbols,
+// and TEMP for the N log.
+void StartUp(TestProgram& t) {
+    t.program().ElementSymbols = kElementSymbols;
+    GetTempDir(t.program());
 }
 
 // Writes the input, cleans it as the converter window does and converts it;
 // `progress` collects the texts for the progress label.
 void Convert(TestProgram& t, const std::string& path, const std::string& bytes,
              std::vector<std::string>* progress = nullptr) {
-    GetTempDir(t.program());  // the N log goes to TEMP
+    StartUp(t);
     t.Write(path, bytes);
     FilCvrt::PrepareInputFile(t.program(), path);
     readers::PDB::ConvertFile(t.program(), path, [progress](const std::string& text) {
@@ -41,7 +49,9 @@ void Convert(TestProgram& t, const std::string& path, const std::string& bytes,
     });
 }
 
-std::string NLog(const TestProgram& t) { return test::ReadHostFile(t.Temp() / "Ravelo" / "RaveloFilConvN.Txt"); }
+std::string NLog(const TestProgram& t) {
+    return test::ReadHostFile(t.Temp() / "Ravelo" / "RaveloFilConvN.Txt");
+}
 
 std::vector<std::string> Lines(const std::string& text) {
     std::vector<std::string> lines;
@@ -58,10 +68,11 @@ TEST(PdbReader, AtomNumbersAreTheFilesOwnAndTheLastOneCloses) {
     TestProgram t;
     Convert(t, "C:\\d\\p.pdb",
             "HEADER    T\r\n" + Atom("ATOM", 7, " N", 1.111, 2.222, 3.333) +
-                Atom("atom", 8, " O", 9.0, 9.0, 9.0) +       // record names are upper case
-                Atom("Hetatm", 9, " O", 9.0, 9.0, 9.0) +     // ... both of them
-                "ATOMS IN THIS FILE 4\r\n" +                  // no decimal point: no atom
-                Atom("HETATM", 3050, "ZN", 4.444, 5.555, 6.666) + Atom("ATOM", 12, " CA", 7.777, 8.888, 9.999));
+                Atom("atom", 8, " O", 9.0, 9.0, 9.0) +    // record names are upper case
+                Atom("Hetatm", 9, " O", 9.0, 9.0, 9.0) +  // ... both of them
+                "ATOMS IN THIS FILE 4\r\n" +              // no decimal point: no atom
+                Atom("HETATM", 3050, "ZN", 4.444, 5.555, 6.666) +
+                Atom("ATOM", 12, " CA", 7.777, 8.888, 9.999));
     // The closing number follows the last atom written (12), not the largest
     // number (3050) nor the number of atoms.
     EXPECT_EQ(t.Read("C:\\d\\p.xxs"),
@@ -99,7 +110,8 @@ TEST(PdbReader, TheFirstResolutionLineGivesTheTextFromTwoBeforeItsFirstDot) {
 }
 
 TEST(PdbReader, TheResolutionLineCountsTowardsAValidFile) {
-    const std::string twoAtoms = Atom("ATOM", 1, " N", 1.111, 2.222, 3.333) + Atom("ATOM", 2, " C", 4.444, 5.555, 6.666);
+    const std::string twoAtoms =
+        Atom("ATOM", 1, " N", 1.111, 2.222, 3.333) + Atom("ATOM", 2, " C", 4.444, 5.555, 6.666);
     {
         TestProgram t;  // two atoms, the closing record and the resolution: 4 lines, kept
         Convert(t, "C:\\d\\r.pdb", "REMARK   3   RESOLUTION RANGE HIGH (ANGSTROMS) : 1.90\r\n" + twoAtoms);
@@ -156,12 +168,13 @@ TEST(PdbReader, AShortCoordinateLineTakesItsLastNumberFromTheNextLine) {
     // Atom 1 lacks its Z: the first decimal number of atom 2's line stands
     // in, and atom 2's line is used up.
     Convert(t, "C:\\d\\s.pdb",
-            "ATOM      1  N   GLY A  17      11.104   6.134\r\n" + Atom("ATOM", 2, " CA", 12.5, 6.071, -5.147) +
-                Atom("ATOM", 3, " C", 7.777, 8.888, 9.999) + Atom("ATOM", 4, " O", 1.25, 2.5, 3.75));
+            "ATOM      1  N   GLY A  17      11.104   6.134\r\n" +
+                Atom("ATOM", 2, " CA", 12.5, 6.071, -5.147) + Atom("ATOM", 3, " C", 7.777, 8.888, 9.999) +
+                Atom("ATOM", 4, " O", 1.25, 2.5, 3.75));
     const auto lines = Lines(t.Read("C:\\d\\s.xxs"));
     ASSERT_EQ(lines.size(), 4u);
-    EXPECT_EQ(lines[0].substr(0, lines[0].rfind(',')).substr(0, 18), "11.104,6.134,12.5,");
-    EXPECT_EQ(lines[0].substr(lines[0].rfind(',')), ",1");
+    EXPECT_EQ(lines[0].rfind("11.104,6.134,12.5,", 0), 0u) << lines[0];
+    EXPECT_EQ(lines[0].substr(lines[0].rfind(',')), ",1") << lines[0];
     EXPECT_EQ(lines[1], "7.777,8.888,9.999,\"C\",3");
     EXPECT_EQ(lines[2], "1.25,2.5,3.75,\"O\",4");
     EXPECT_EQ(lines[3], "0,0,0,\"s.pdb\",5");
@@ -185,12 +198,28 @@ TEST(PdbReader, BadInputConvertsOrEndsInAnOverflowAndKeepsTheInput) {
         std::string binary;
         for (int i = 0; i < 4000; ++i) binary += static_cast<char>((i * 37 + i / 7) % 256);
         binary += "\nHETATM99999999999 ZN 1.0 2.0 3.0\n";  // an atom number beyond 32 bits
-        GetTempDir(t.program());
+        StartUp(t);
         t.Write("C:\\d\\b.pdb", binary);
         FilCvrt::PrepareInputFile(t.program(), "C:\\d\\b.pdb");
         EXPECT_EQ(ErrorOf([&] { readers::PDB::ConvertFile(t.program(), "C:\\d\\b.pdb", nullptr); }), 6);
         EXPECT_TRUE(t.Exists("C:\\d\\b.pdb"));
     }
+}
+
+// An atom record's fields (X, Y, Z, symbol, number), read back for a
+// comparison with the input's own columns.
+struct Record {
+    double x = 0, y = 0, z = 0;
+    std::string symbol;
+    int number = 0;
+};
+Record Parse(std::string record) {
+    for (char& c : record)
+        if (c == ',' || c == '"') c = ' ';
+    std::istringstream in(record);
+    Record r;
+    in >> r.x >> r.y >> r.z >> r.symbol >> r.number;
+    return r;
 }
 
 // A real entry against its own ATOM and HETATM records, read by column: the
@@ -217,23 +246,19 @@ void ExpectEntry(const std::string& name) {
     ASSERT_EQ(records.size(), atoms.size() + 1 + (resolution.empty() ? 0 : 1)) << name;
 
     auto expectAtom = [](const std::string& record, const std::string& atom) {
-        std::istringstream fields(record);
-        std::string x, y, z, symbol, number;
-        std::getline(fields, x, ',');
-        std::getline(fields, y, ',');
-        std::getline(fields, z, ',');
-        std::getline(fields, symbol, ',');
-        std::getline(fields, number, ',');
-        EXPECT_EQ(std::stod(x), std::stod(atom.substr(30, 8))) << atom;
-        EXPECT_EQ(std::stod(y), std::stod(atom.substr(38, 8))) << atom;
-        EXPECT_EQ(std::stod(z), std::stod(atom.substr(46, 8))) << atom;
-        EXPECT_EQ(std::stoi(number), std::stoi(atom.substr(6, 5))) << atom;
+        const Record r = Parse(record);
+        EXPECT_EQ(r.x, std::stod(atom.substr(30, 8))) << atom;
+        EXPECT_EQ(r.y, std::stod(atom.substr(38, 8))) << atom;
+        EXPECT_EQ(r.z, std::stod(atom.substr(46, 8))) << atom;
+        EXPECT_EQ(r.number, std::stoi(atom.substr(6, 5))) << atom;
     };
     expectAtom(records.front(), atoms.front());
     expectAtom(records[atoms.size() - 1], atoms.back());
     EXPECT_EQ(records[atoms.size()],
               "0,0,0,\"" + name + ".pdb\"," + std::to_string(std::stoi(atoms.back().substr(6, 5)) + 1));
-    if (!resolution.empty()) EXPECT_EQ(records.back(), "Resolution_High = " + resolution);
+    if (!resolution.empty()) {
+        EXPECT_EQ(records.back(), "Resolution_High = " + resolution);
+    }
 }
 
 // 4hhb.pdb: a large X-ray entry with HETATM heme groups and a resolution.

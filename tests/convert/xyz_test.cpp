@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "convert/filcvrt.hpp"
+#include "startup/raveloutilx.hpp"  // for kElementSymbols
 #include "support/error_of.hpp"
 #include "support/test_program.hpp"
 
@@ -18,10 +19,14 @@ namespace {
 using test::ErrorOf;
 using test::TestProgram;
 
+// The value that start-up sets and the reader uses: the element symbols.
+void StartUp(TestProgram& t) { t.program().ElementSymbols = kElementSymbols; }
+
 // Writes the input, cleans it as the converter window does, converts it and
 // returns the SXS file ("" when there is none).
 std::string Convert(TestProgram& t, const std::string& bytes, const std::string& path = "C:\\d\\w.xyz",
                     const std::string& output = "C:\\d\\w.sxs") {
+    StartUp(t);
     t.Write(path, bytes);
     FilCvrt::PrepareInputFile(t.program(), path);
     readers::XYZ::ConvertFile(t.program(), path);
@@ -52,29 +57,13 @@ TEST(XyzReader, ACountBeyondTheAtomLinesEndsAtTheEndOfTheFile) {
     // Five promised, three there: serials 1 to 3, the end record 3 + 1.
     EXPECT_EQ(Convert(t,
                       "5\r\n"
-                      "three atoms only.\r\n"
+                      "only three.\r\n"
                       "C 1.1111 2.2222 3.3333\r\n"
                       "C 4.4444 5.5555 6.6666\r\n"
                       "Cl 7.7777 8.8888 9.9999\r\n"),
               "1.1111,2.2222,3.3333,\"C\",1\r\n"
               "4.4444,5.5555,6.6666,\"C\",2\r\n"
               "7.7777,8.8888,9.9999,\"Cl\",3\r\n"
-              "0,0,0,\"w\",4\r\n");
-}
-
-TEST(XyzReader, WithoutACountLineTheTitleLineLeadsIntoTheFirstAtom) {
-    TestProgram t;
-    // No count line: four non-empty lines are four tries. The title holds no
-    // ".", so the coordinates come from the next line, and the symbol with
-    // them; the fourth try meets the end of the file.
-    EXPECT_EQ(Convert(t,
-                      "ethane fragment\r\n"
-                      "C 1.1111 2.2222 3.3333\r\n"
-                      "C 4.4444 5.5555 6.6666\r\n"
-                      "H 7.7777 8.8888 9.9999\r\n"),
-              "1.1111,2.2222,3.3333,\"C\",1\r\n"
-              "4.4444,5.5555,6.6666,\"C\",2\r\n"
-              "7.7777,8.8888,9.9999,\"H\",3\r\n"
               "0,0,0,\"w\",4\r\n");
 }
 
@@ -91,8 +80,8 @@ TEST(XyzReader, TheCountLineIsKnownByItsLengthOnly) {
         EXPECT_FALSE(t.Exists("C:\\d\\w.sxs"));
     }
     {
-        // "3.0" prints back as "3": not a count line. It is a short line with
-        // a "." in the atom pass, so the three atoms follow.
+        // "3.0" prints back as "3": not a count line, so every non-empty line
+        // is tried; "3.0" itself is a short line with a "." and is passed over.
         TestProgram t;
         EXPECT_EQ(Convert(t, "3.0\r\n" + atoms),
                   "1.1111,2.2222,3.3333,\"C\",1\r\n"
@@ -127,7 +116,8 @@ TEST(XyzReader, TheOutputPathEndsAtTheFirstDotOfTheWholePath) {
 
 TEST(XyzReader, EveryKindOfLineEndGivesTheSameFile) {
     const std::vector<std::string> lines = {"3", "water", "O 0.000000 0.000000 0.117300",
-                                            "H 0.000000 0.757200 -0.469200", "H 0.000000 -0.757200 -0.469200"};
+                                            "H 0.000000 0.757200 -0.469200",
+                                            "H 0.000000 -0.757200 -0.469200"};
     const std::string expected =
         "0,0,.1173,\"O\",1\r\n0,.7572,-.4692,\"H\",2\r\n0,-.7572,-.4692,\"H\",3\r\n0,0,0,\"w\",4\r\n";
     for (const std::string end : {"\r\n", "\n", "\r", ""}) {
@@ -164,9 +154,25 @@ TEST(XyzReader, BadInputConvertsOrEndsInAReadingErrorAndKeepsTheInput) {
     }
 }
 
+// An atom record's fields (X, Y, Z, symbol, number), read back for a
+// comparison with the input's own columns.
+struct Record {
+    double x = 0, y = 0, z = 0;
+    std::string symbol;
+    int number = 0;
+};
+Record Parse(std::string record) {
+    for (char& c : record)
+        if (c == ',' || c == '"') c = ' ';
+    std::istringstream in(record);
+    Record r;
+    in >> r.x >> r.y >> r.z >> r.symbol >> r.number;
+    return r;
+}
+
 // spaces.xyz: irregular spacing, a comment without "." and empty lines at
 // the end. The count line promises 64 atoms; they are the 64 lines after the
-// comment.
+// comment, each a label and X, Y, Z.
 TEST(XyzReaderProblemFiles, SpacesXyz) {
     const std::string input = test::ReadHostFile(std::string(RAVELO_TEST_DATA) + "/corpus/spaces.xyz");
     std::vector<std::string> lines;
@@ -181,28 +187,16 @@ TEST(XyzReaderProblemFiles, SpacesXyz) {
     for (std::string r; std::getline(sxs, r);) records.push_back(r.substr(0, r.size() - 1));  // less CR
     ASSERT_EQ(records.size(), static_cast<std::size_t>(count) + 1);
     EXPECT_EQ(records.back(), "0,0,0,\"spaces\"," + std::to_string(count + 1));
-
-    // An atom record against the input line it came from: label X Y Z.
-    auto expectFrom = [](const std::string& record, const std::string& line, int serial) {
-        std::istringstream fields(line);
-        std::string label;
-        double x = 0, y = 0, z = 0;
-        fields >> label >> x >> y >> z;
-        std::istringstream got(record);
-        std::string gx, gy, gz, symbol, number;
-        std::getline(got, gx, ',');
-        std::getline(got, gy, ',');
-        std::getline(got, gz, ',');
-        std::getline(got, symbol, ',');
-        std::getline(got, number, ',');
-        EXPECT_EQ(std::stod(gx), x) << line;
-        EXPECT_EQ(std::stod(gy), y) << line;
-        EXPECT_EQ(std::stod(gz), z) << line;
-        EXPECT_EQ(symbol, "\"" + label + "\"") << line;
-        EXPECT_EQ(std::stoi(number), serial) << line;
-    };
-    expectFrom(records.front(), lines[2], 1);
-    expectFrom(records[count - 1], lines[1 + count], count);
+    for (const int serial : {1, count}) {
+        const Record r = Parse(records[serial - 1]);
+        Record want;
+        std::istringstream(lines[1 + serial]) >> want.symbol >> want.x >> want.y >> want.z;
+        EXPECT_EQ(r.x, want.x);
+        EXPECT_EQ(r.y, want.y);
+        EXPECT_EQ(r.z, want.z);
+        EXPECT_EQ(r.symbol, want.symbol);
+        EXPECT_EQ(r.number, serial);
+    }
 }
 
 }  // namespace
