@@ -2,12 +2,16 @@
 // Started with one command word, it opens the one utility the word names.
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <string>
 
 #include "platform/paths.hpp"
 #include "startup/program.hpp"
 #include "features/features.hpp"
 #include "startup/run.hpp"
+#ifdef RAVELO_WITH_QT
+#include "ui/qt/qt_host.hpp"
+#endif
 
 namespace {
 
@@ -19,11 +23,14 @@ constexpr const char* kUsage =
     "Started without a word, the program shows its main menu. Command words:\n"
     "  fileconv [FILE|PATTERN [COUNT]]  convert structure files to the modeller's SXS files\n"
     "                                   (no file: the file converter window)\n"
+    "  calculx                          the scientific calculator\n"
+    "  logtohtm [all]                   copy the molecule log into the HTML index and back\n"
+    "  updtmol ARGUMENT                 transfer new molecule log records into the database\n"
     "  readurl ADDRESS TARGET           download one file (the request is taken in lower case)\n"
     "  ravelodelfile FILE|PATTERN       delete a file, or every file a pattern names\n"
     "A bare FILE whose name ends in a structure type (xyz, mol, sdf, pdb, ent, ...) is converted.\n"
-    "The modeller's other words are accepted; a word whose utility this build does not offer\n"
-    "does nothing. Quote Windows-form paths in a shell: 'C:\\data\\x.pdb'.\n"
+    "The modeller's words ravelobatch, inventory and slideshow are accepted and do nothing.\n"
+    "Quote Windows-form paths in a shell: 'C:\\data\\x.pdb'.\n"
     "\n"
     "Options:\n"
     "  --window NAME   show one window of the program by its name (e.g. RaveloUtils)\n"
@@ -34,7 +41,8 @@ constexpr const char* kUsage =
     "  RAVELO_DRIVE_C     host folder of drive C: (default ~/.local/share/ravelo/drive_c);\n"
     "                     RAVELO_DRIVE_<L> maps any drive letter; Z: is the host root\n"
     "  TEMP               temporary folder (converter logs in TEMP/Ravelo); default TMPDIR, /tmp\n"
-    "  RAVELO_UI          headless or script (default headless)\n"
+    "  RAVELO_UI          qt, headless or script (default: qt when this build has it and a\n"
+    "                     display is available, else headless)\n"
     "  RAVELO_SCRIPT      script file for RAVELO_UI=script (default standard input)\n"
     "  RAVELO_WAIT_SCALE  multiplies every timed pause (0 skips them)\n"
     "\n"
@@ -68,7 +76,11 @@ int main(int argc, char** argv) {
     }
     const std::string commandLine = ravelo::platform::JoinCommandLine(argc, argv, first);
 
-    ravelo::Program program(ravelo::ServicesFromEnvironment());
+    ravelo::DesktopHostFactory desktop;
+#ifdef RAVELO_WITH_QT
+    desktop = [] { return std::make_unique<ravelo::ui::QtHost>(); };
+#endif
+    ravelo::Program program(ravelo::ServicesFromEnvironment(desktop));
     ravelo::RegisterFeatures(program);
     return ravelo::RunProgram(program, commandLine, window);
 }

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "convert/filcvrt.hpp"
+#include "convert/mm2mmx.hpp"
 #include "convert/windows/fileconv.hpp"
 #include "convert/windows/formats.hpp"
 #include "runtime/error.hpp"
@@ -114,6 +115,12 @@ void ConvertByType(Program& p) {
     }
 
     p.InputExt = extension;
+    // Force-field input files have no window: they are converted here and
+    // reported on the FileConv window.
+    if (extension == "mm2" || extension == "mm3" || extension == "mm4" || extension == "mmx") {
+        MM2MMX::Main(p);
+        return;
+    }
     const std::string window = ConverterWindowFor(p, extension);
     if (!window.empty()) {
         auto& converterWindow = p.Window<ConverterWindow>(window);
@@ -142,6 +149,15 @@ void RegisterConverter(Program& p) {
     p.RegisterWindow("XYZ", [](Program& program) { return std::make_unique<windows::XYZ>(program); });
     p.RegisterWindow("MDL", [](Program& program) { return std::make_unique<windows::MDL>(program); });
     p.RegisterWindow("PDB", [](Program& program) { return std::make_unique<windows::PDB>(program); });
+    p.RegisterWindow("CSD", [](Program& program) { return std::make_unique<windows::CSD>(program); });
+    p.RegisterWindow("XCC", [](Program& program) { return std::make_unique<windows::XCC>(program); });
+    p.RegisterWindow("XCX", [](Program& program) { return std::make_unique<windows::XCX>(program); });
+    p.RegisterWindow("Tripos", [](Program& program) { return std::make_unique<windows::Tripos>(program); });
+    // Never opened by the driver; reached by its name.
+    p.RegisterWindow("MOPAC", [](Program& program) { return std::make_unique<windows::MOPAC>(program); });
+    p.RegisterWindow("Alchemy", [](Program& program) { return std::make_unique<windows::Alchemy>(program); });
+    p.RegisterWindow("Schakal", [](Program& program) { return std::make_unique<windows::Schakal>(program); });
+    p.RegisterWindow("M3D", [](Program& program) { return std::make_unique<windows::M3D>(program); });
 }
 
 }  // namespace ravelo

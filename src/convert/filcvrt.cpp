@@ -18,17 +18,28 @@ namespace {
 // True when the line ends of the file are all CR LF and no empty line and no
 // control character occurs.
 bool LineEndsPass(Program& p, const std::string& path);
-// Copies `from` into `to` (appended), turning control characters into line
-// breaks, tabs into blanks and dropping bytes from 127 on.
-void RebuildLineEnds(Program& p, const std::string& from, const std::string& to);
-// Copies `from` into `to` line by line with "=END", "<i>" and "</i>" handled
-// and empty lines dropped.
-void CleanLines(Program& p, const std::string& from, const std::string& to);
+// Writes the lines of `from` to `out`, with the line ends rebuilt when
+// `rebuild` is set (control characters become line breaks, tabs blanks, bytes
+// from 127 on are dropped) and each line cleaned by CleanLine.
+void CleanLines(Program& p, const std::string& from, bool rebuild, OutputFile& out);
+// One line of the cleaning: "=END", "<i>" and "</i>" handled; written unless
+// empty.
+void CleanLine(std::string& line, OutputFile& out);
+// Removes a work file that a killed earlier run left behind, so that nothing
+// of it reaches the cleaned file; never the input itself.
+void RemoveStaleWorkFile(Program& p, const std::string& input, const std::string& work);
 
-// The rebuilding rules of the number cleaning, each one pass over the line.
-std::string Widen(const std::string& s, std::string_view pattern, std::string_view emit, std::size_t resume);
-std::string PadShortFractions(const std::string& s);
-std::string RemoveUncertainties(const std::string& s);
+// The first `pattern` in `s` from `from` on. The patterns of the number
+// cleaning start with a blank, and atom lines are full of blanks: a plain
+// loop beats a library search call per blank.
+std::size_t FindFrom(std::string_view s, std::string_view pattern, std::size_t from);
+
+// The rebuilding rules of the number cleaning, each one pass over the line,
+// `s` rebuilt through `scratch` only where a rule applies.
+void Widen(std::string& s, std::string& scratch, std::string_view pattern, std::string_view emit,
+           std::size_t resume);
+void PadShortFractions(std::string& s, std::string& scratch);
+void RemoveUncertainties(std::string& s, std::string& scratch);
 
 // The blank-separated items of a text (runs of blanks separate).
 std::array<std::string, 4> FirstFourItems(std::string_view s);
@@ -38,67 +49,93 @@ bool LineEndsPass(Program& p, const std::string& path) {
     // Counts the line-end characters in a row: CR LF raises it by two, a
     // second CR (the start of an empty line) brings it to 3.
     int run = 0;
-    while (!in.Eof()) {
-        const auto c = static_cast<unsigned char>(in.GetChar());
-        if (c == '\r') {
-            ++run;
-            // The character after a carriage return is taken whatever it is
-            // (code 1 stands for the end of the file) and is not examined
-            // further: "A", CR, "B", CR, LF thus counts 3 and fails.
-            const int next = in.Eof() ? 1 : static_cast<unsigned char>(in.GetChar());
-            if (next == '\n') ++run;
-            if (run >= 3) return false;
-        } else if (c < 32) {
-            return false;
-        } else {
-            run = 0;
+    // The character after a carriage return is taken whatever it is (code 1
+    // stands for the end of the file) and is not examined further: "A", CR,
+    // "B", CR, LF thus counts 3 and fails. It may open the next chunk.
+    bool afterCarriageReturn = false;
+    for (std::string_view chunk = in.ReadChunk(); !chunk.empty(); chunk = in.ReadChunk()) {
+        for (const char byte : chunk) {
+            const auto c = static_cast<unsigned char>(byte);
+            if (afterCarriageReturn) {
+                afterCarriageReturn = false;
+                if (c == '\n') ++run;
+                if (run >= 3) return false;
+            } else if (c == '\r') {
+                ++run;
+                afterCarriageReturn = true;
+            } else if (c < 32) {
+                return false;
+            } else {
+                run = 0;
+            }
         }
     }
-    return true;
+    return !(afterCarriageReturn && run >= 3);
 }
 
-void RebuildLineEnds(Program& p, const std::string& from, const std::string& to) {
-    InputFile in = p.fs.OpenInput(from);
-    OutputFile out = p.fs.OpenAppend(to);
-    std::string chunk;
-    bool lastWasBreak = false;
-    while (!in.Eof()) {
-        const auto c = static_cast<unsigned char>(in.GetChar());
-        if (c == '\t') {
-            // Written as a blank, and so it counts as the last character.
-            chunk += ' ';
-            lastWasBreak = false;
-        } else if (c >= 32 && c <= 126) {
-            chunk += static_cast<char>(c);
-            lastWasBreak = false;
-        } else if (c <= 31 && !lastWasBreak) {
-            // Runs of control characters, empty lines among them, give one
-            // line break.
-            chunk += "\r\n";
-            lastWasBreak = true;
-        }
-        if (chunk.size() >= 65536) {
-            out.Print(chunk);
-            chunk.clear();
-        }
-    }
-    out.Print(chunk);
-    out.Close();
-}
-
-void CleanLines(Program& p, const std::string& from, const std::string& to) {
-    InputFile in = p.fs.OpenInput(from);
-    OutputFile out = p.fs.OpenOutput(to);
-    while (!in.Eof()) {
-        std::string line = in.LineInput();
-        // "==END" becomes "END" too: the replacement runs until none is left.
+void CleanLine(std::string& line, OutputFile& out) {
+    // "==END" becomes "END" too: the replacement runs until none is left.
+    if (line.find('=') != std::string::npos) {
         while (line.find("=END") != std::string::npos) line = Replace(line, "=END", "END");
+    }
+    if (line.find('<') != std::string::npos) {
         if (line.find("<i>") != std::string::npos) line = Replace(line, "<i>", "");
         if (line.find("</i>") != std::string::npos) line = Replace(line, "</i>", "");
-        // A line of blanks is not empty and stays.
-        if (!line.empty()) out.PrintLine(line);
     }
-    out.Close();
+    // A line of blanks is not empty and stays.
+    if (!line.empty()) out.PrintLine(line);
+}
+
+void CleanLines(Program& p, const std::string& from, bool rebuild, OutputFile& out) {
+    InputFile in = p.fs.OpenInput(from);
+    if (!rebuild) {
+        while (!in.Eof()) {
+            std::string line = in.LineInput();
+            CleanLine(line, out);
+        }
+        return;
+    }
+    // The rebuilt text holds only CR LF breaks between runs of kept
+    // characters, so its lines are the runs themselves: each goes straight
+    // to the line cleaning.
+    std::string line;
+    bool lastWasBreak = false;
+    for (std::string_view chunk = in.ReadChunk(); !chunk.empty(); chunk = in.ReadChunk()) {
+        for (const char byte : chunk) {
+            const auto c = static_cast<unsigned char>(byte);
+            if (c == '\t') {
+                // Written as a blank, and so it counts as the last character.
+                line.push_back(' ');
+                lastWasBreak = false;
+            } else if (c >= 32 && c <= 126) {
+                line.push_back(byte);
+                lastWasBreak = false;
+            } else if (c <= 31 && !lastWasBreak) {
+                // Runs of control characters, empty lines among them, give
+                // one line break.
+                CleanLine(line, out);
+                line.clear();
+                lastWasBreak = true;
+            }
+        }
+    }
+    CleanLine(line, out);
+}
+
+void RemoveStaleWorkFile(Program& p, const std::string& input, const std::string& work) {
+    if (LCase(work) != LCase(input) && p.fs.Exists(work)) p.fs.Kill(work);
+}
+
+std::size_t FindFrom(std::string_view s, std::string_view pattern, std::size_t from) {
+    if (pattern.empty() || pattern.size() > s.size()) return std::string_view::npos;
+    const std::size_t last = s.size() - pattern.size();
+    for (std::size_t i = from; i <= last; ++i) {
+        if (s[i] != pattern[0]) continue;
+        std::size_t k = 1;
+        while (k < pattern.size() && s[i + k] == pattern[k]) ++k;
+        if (k == pattern.size()) return i;
+    }
+    return std::string_view::npos;
 }
 
 // Replaces every occurrence of `pattern` by `emit` and goes on searching
@@ -106,20 +143,20 @@ void CleanLines(Program& p, const std::string& from, const std::string& to) {
 // it put back the occurrence's last blank, so searching on in the original
 // text from that blank finds exactly what a fresh search of the rebuilt line
 // from its start would find: one pass instead of one rebuild per zero.
-std::string Widen(const std::string& s, std::string_view pattern, std::string_view emit, std::size_t resume) {
-    std::size_t at = s.find(pattern);
-    if (at == std::string::npos) return s;
-    std::string out;
-    out.reserve(s.size() + 16);
+void Widen(std::string& s, std::string& scratch, std::string_view pattern, std::string_view emit,
+           std::size_t resume) {
+    std::size_t at = FindFrom(s, pattern, 0);
+    if (at == std::string::npos) return;
+    scratch.clear();
     std::size_t from = 0;
     while (at != std::string::npos) {
-        out.append(s, from, at - from);
-        out.append(emit);
+        scratch.append(s, from, at - from);
+        scratch.append(emit);
         from = at + resume;
-        at = s.find(pattern, from);
+        at = FindFrom(s, pattern, from);
     }
-    out.append(s, from, std::string::npos);
-    return out;
+    scratch.append(s, from, std::string::npos);
+    s.swap(scratch);
 }
 
 // A "." whose text up to the next blank is at most 4 characters long (the
@@ -127,37 +164,36 @@ std::string Widen(const std::string& s, std::string_view pattern, std::string_vi
 // -0.3 becomes -0.30000 and a blank. The search goes on after the point; a
 // further point inside a number already padded sees a text of at least 5
 // characters and is left alone, so the pass continues after the number.
-std::string PadShortFractions(const std::string& s) {
+void PadShortFractions(std::string& s, std::string& scratch) {
     std::size_t dot = s.find('.');
-    if (dot == std::string::npos) return s;
-    std::string out;
-    out.reserve(s.size() + 32);
+    if (dot == std::string::npos) return;
+    scratch.clear();
     std::size_t from = 0;
     while (dot != std::string::npos) {
         std::size_t end = s.find(' ', dot);
         if (end == std::string::npos) end = s.size();
         if (end - dot <= 4) {
-            out.append(s, from, end - from);
-            out.append("0000 ");
+            scratch.append(s, from, end - from);
+            scratch.append("0000 ");
             from = end;
             dot = s.find('.', end);
         } else {
             dot = s.find('.', dot + 1);
         }
     }
-    out.append(s, from, std::string::npos);
-    return out;
+    if (from == 0) return;   // no fraction was short
+    scratch.append(s, from, std::string::npos);
+    s.swap(scratch);
 }
 
 // A bracketed standard uncertainty up to the next ")" is removed: with a "."
 // anywhere before it (in what is kept of the line) it becomes "000 ", so
 // 1.2345(6) reads 1.2345000; without one, three blanks. A "(" without a ")"
 // after it ends the removal and stays.
-std::string RemoveUncertainties(const std::string& s) {
+void RemoveUncertainties(std::string& s, std::string& scratch) {
     std::size_t open = s.find('(');
-    if (open == std::string::npos) return s;
-    std::string out;
-    out.reserve(s.size() + 8);
+    if (open == std::string::npos) return;
+    scratch.clear();
     std::size_t from = 0;
     bool pointBefore = false;
     while (open != std::string::npos) {
@@ -165,13 +201,13 @@ std::string RemoveUncertainties(const std::string& s) {
         if (close == std::string::npos) break;
         const std::string_view kept(s.data() + from, open - from);
         pointBefore = pointBefore || kept.find('.') != std::string_view::npos;
-        out.append(kept);
-        out.append(pointBefore ? "000 " : "   ");
+        scratch.append(kept);
+        scratch.append(pointBefore ? "000 " : "   ");
         from = close + 1;
         open = s.find('(', from);
     }
-    out.append(s, from, std::string::npos);
-    return out;
+    scratch.append(s, from, std::string::npos);
+    s.swap(scratch);
 }
 
 std::array<std::string, 4> FirstFourItems(std::string_view s) {
@@ -205,24 +241,26 @@ void PrepareInputFile(Program& p, const std::string& path) {
 }
 
 void MakeCleanTempFile(Program& p, const std::string& path, const std::string& base, const std::string& ext) {
-    const std::string tmpPath = base + ".tmp";
-    const std::string tnpPath = base + ".tnp";
+    // The work files base + ".tmp" and base + ".tnp" of the cleaning are
+    // never written: the rebuilt and cleaned lines stream straight into the
+    // replacement of the input, which leaves the same file in one pass. Ones
+    // left by a killed earlier run go, as a finished run leaves none.
+    RemoveStaleWorkFile(p, path, base + ".tmp");
+    RemoveStaleWorkFile(p, path, base + ".tnp");
 
-    p.LineEndsOk = p.YesText;
-    if (LineEndsPass(p, path)) {
-        p.fs.FileCopy(path, tmpPath);
-    } else {
-        p.LineEndsOk = p.NoText;
-        RebuildLineEnds(p, path, tmpPath);
-    }
-    CleanLines(p, tmpPath, tnpPath);
+    const bool passed = LineEndsPass(p, path);
+    p.LineEndsOk = passed ? p.YesText : p.NoText;
 
-    // The cleaned text goes back to base + ext, the input's own path. The
-    // copy is renamed over the target only once it is whole, so the user's
-    // file is never missing; an input elsewhere (a path without a point) is
-    // deleted only after that.
+    // The cleaned text goes back to base + ext, the input's own path. It is
+    // renamed over the target only once it is whole, so the user's file is
+    // never missing; an input elsewhere (a path without a point) is deleted
+    // only after that.
     const std::string target = base + ext;
-    p.fs.FileCopy(tnpPath, target);
+    {
+        platform::Replacement cleaned = p.fs.OpenReplacement(target);
+        CleanLines(p, path, !passed, cleaned.File());
+        cleaned.Commit();
+    }
     if (LCase(target) != LCase(path)) {
         p.fs.Kill(path);
     } else {
@@ -231,8 +269,6 @@ void MakeCleanTempFile(Program& p, const std::string& path, const std::string& b
         // takes the case of the name.
         p.fs.Name(target, target);
     }
-    p.fs.Kill(tmpPath);
-    p.fs.Kill(tnpPath);
 }
 
 void SplitFileName(Program& p, const std::string& path, std::string& name) {
@@ -244,27 +280,52 @@ void SplitFileName(Program& p, const std::string& path, std::string& name) {
 }
 
 void CleanNumericLine(std::string& line) {
-    if (Contains(line, "UNK")) return;
+    if (FindFrom(line, "UNK", 0) != std::string::npos) return;
 
     // The two blanks make a number at the end of the line look like one in
     // its middle. (Adding two more before each rebuild, as the rules also
-    // allow, changes nothing once the line is trimmed.)
-    std::string s = line + "  ";
-    if (s.find('\t') != std::string::npos) s = Replace(s, "\t", "   ");
-    if (s.find(" (") != std::string::npos) s = Replace(s, " (", "(");
-    if (s.find(" . ") != std::string::npos) s = Replace(s, " . ", " ");
-    for (char& c : s)
-        if (c == '?') c = ' ';
+    // allow, changes nothing once the line is trimmed.) Tabs become three
+    // blanks on the way.
+    std::string s;
+    s.reserve(line.size() + 48);
+    for (const char c : line) {
+        if (c == '\t') {
+            s.append("   ");
+        } else {
+            s.push_back(c);
+        }
+    }
+    s.append("  ");
+
+    // The rare rules are looked for in one pass, and applied in their order
+    // only where they can match.
+    bool blankBracket = false, lonePoint = false, question = false;
+    for (std::size_t i = 0; i + 1 < s.size(); ++i) {
+        if (s[i] == '?') {
+            question = true;
+        } else if (s[i] == ' ') {
+            blankBracket = blankBracket || s[i + 1] == '(';
+            lonePoint = lonePoint || (s[i + 1] == '.' && i + 2 < s.size() && s[i + 2] == ' ');
+        }
+    }
+    if (blankBracket) s = Replace(s, " (", "(");
+    if (lonePoint) s = Replace(s, " . ", " ");
+    if (question) {
+        for (char& c : s)
+            if (c == '?') c = ' ';
+    }
 
     // A lone zero becomes 0.0000 so that it holds a point: " 0 " gives
     // "  0.0000 ", " .0 " gives "  0.0000 ", " 0.0 " gives " 0.0000  " (its
     // own last blank follows).
-    s = Widen(s, " 0 ", "  0.0000", 2);
-    s = Widen(s, " .0 ", "  0.0000", 3);
-    s = Widen(s, " 0.0 ", " 0.0000 ", 4);
+    std::string scratch;
+    scratch.reserve(s.size() + 48);
+    Widen(s, scratch, " 0 ", "  0.0000", 2);
+    Widen(s, scratch, " .0 ", "  0.0000", 3);
+    Widen(s, scratch, " 0.0 ", " 0.0000 ", 4);
 
-    s = PadShortFractions(s);
-    s = RemoveUncertainties(s);
+    PadShortFractions(s, scratch);
+    RemoveUncertainties(s, scratch);
     line = Trim(s);
 }
 
@@ -280,26 +341,29 @@ void ReadCoordinates(Program& p, InputFile& in, std::string& line, double& x, do
         return;
     }
 
-    std::string rest = line;
+    // The rest of the line is a view into `line`, which changes only when the
+    // routine reads on (and the view is then taken afresh).
+    std::string_view rest = line;
     for (double* coordinate : {&x, &y, &z}) {
         *coordinate = 0;
         std::size_t dot = rest.find('.');
         // A line short of numbers continues on the next lines. At the end of
         // the file the coordinate reads 0 and the line is the last one read.
-        while (dot == std::string::npos && !in.Eof()) {
+        while (dot == std::string_view::npos && !in.Eof()) {
             line = Trim(in.LineInput());
             rest = line;
             dot = rest.find('.');
         }
-        if (dot == std::string::npos) continue;
+        if (dot == std::string_view::npos) continue;
         // Back to the blank before the number: serial numbers and atom types
         // without a point that stand before it are passed over.
         const std::size_t blank = rest.rfind(' ', dot);
-        if (blank != std::string::npos) rest.erase(0, blank);
-        rest = Trim(rest);
+        if (blank != std::string_view::npos) rest.remove_prefix(blank);
+        while (!rest.empty() && rest.front() == ' ') rest.remove_prefix(1);
+        while (!rest.empty() && rest.back() == ' ') rest.remove_suffix(1);
         const std::size_t end = rest.find(' ');
-        *coordinate = Val(std::string_view(rest).substr(0, end));
-        rest = end == std::string::npos ? std::string() : rest.substr(end);
+        *coordinate = Val(rest.substr(0, end));
+        rest = end == std::string_view::npos ? std::string_view() : rest.substr(end);
     }
 }
 

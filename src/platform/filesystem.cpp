@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <cstdlib>
 #include <utility>
 
 #include "runtime/error.hpp"
@@ -20,6 +21,33 @@ namespace ravelo::platform {
 namespace {
 
 constexpr std::size_t kCopyChunk = std::size_t{1} << 20;
+
+#ifdef RAVELO_FAULT_INJECTION
+// Test builds only: with RAVELO_FAULT_AFTER=N the N-th file operation (an
+// open, a write, a rename, a delete, a copy) ends the process on the spot, as
+// a kill would, so that a test can look at what a crash at that instant
+// leaves. The status tells an injected end from any other.
+constexpr int kFaultExitStatus = 86;
+
+bool FaultDue() {
+    static const long limit = [] {
+        const char* text = std::getenv("RAVELO_FAULT_AFTER");
+        return text == nullptr ? 0L : std::atol(text);
+    }();
+    static long count = 0;
+    return limit > 0 && ++count == limit;
+}
+
+[[noreturn]] void FaultNow() { _exit(kFaultExitStatus); }
+
+void CountFileOperation() {
+    if (FaultDue()) FaultNow();
+}
+#else
+constexpr bool FaultDue() { return false; }
+[[noreturn]] inline void FaultNow() { std::abort(); }
+inline void CountFileOperation() {}
+#endif
 
 bool HasNul(std::string_view s) { return s.find('\0') != std::string_view::npos; }
 char Lower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
@@ -109,6 +137,7 @@ bool IsFolder(const std::string& hostPath) {
 }
 
 int OpenOrRaise(const std::string& hostPath, int flags, mode_t mode = 0666) {
+    CountFileOperation();
     int fd;
     do {
         fd = open(hostPath.c_str(), flags | O_CLOEXEC, mode);
@@ -183,6 +212,11 @@ public:
 
     void Write(const char* data, std::size_t n) override {
         if (discard_ && *discard_) return;
+        if (FaultDue()) {
+            // A write cut short: half of it reaches the file.
+            WriteAll(fd_, data, n / 2);
+            FaultNow();
+        }
         if (!WriteAll(fd_, data, n)) Raise(kPathFileAccess);
     }
     void Flush() override {
@@ -268,6 +302,7 @@ std::pair<int, std::string> CreateReplacement(const std::string& target) {
     if (existed && (S_ISDIR(st.st_mode) || faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)) {
         Raise(kPathFileAccess);
     }
+    CountFileOperation();
     for (;;) {
         std::string temp = TempNameFor(target);
         const int fd = open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
@@ -282,6 +317,7 @@ std::pair<int, std::string> CreateReplacement(const std::string& target) {
 // Puts a written temporary file in place of the target, durably. The
 // temporary file is removed when anything fails.
 void CommitReplacement(const std::string& temp, const std::string& target) {
+    CountFileOperation();
     if (rename(temp.c_str(), target.c_str()) != 0) {
         unlink(temp.c_str());
         Raise(kPathFileAccess);
@@ -430,6 +466,7 @@ void FileSystem::Kill(std::string_view path) {
         if (names.empty()) Raise(IsFolder(hostFolder) ? kFileNotFound : kPathNotFound);
         for (const auto& each : names) {
             const std::string host = Child(hostFolder, each);
+            CountFileOperation();
             if (unlink(host.c_str()) != 0) RaiseFor(errno, host);
         }
         return;
@@ -439,10 +476,12 @@ void FileSystem::Kill(std::string_view path) {
     struct stat st {};
     if (lstat(host.c_str(), &st) != 0) RaiseFor(errno, host);
     if (S_ISDIR(st.st_mode)) Raise(kPathFileAccess);
+    CountFileOperation();
     if (unlink(host.c_str()) != 0) RaiseFor(errno, host);
 }
 
 void FileSystem::FileCopy(std::string_view from, std::string_view to) {
+    CountFileOperation();
     const std::string source = HostPath(from);
     const std::string target = HostPath(to);
     if (HasNul(source) || HasNul(target)) Raise(kPathFileAccess);
@@ -478,6 +517,7 @@ void FileSystem::Name(std::string_view from, std::string_view to) {
         target = Child(Parent(target), SplitPattern(to).second);
         if (target == source) return;
     }
+    CountFileOperation();
     if (rename(source.c_str(), target.c_str()) == 0) return;
     if (errno != EXDEV || S_ISDIR(st.st_mode)) RaiseFor(errno, errno == ENOENT ? target : source);
     // A file moves to another file system as a copy and a delete, as the
@@ -564,6 +604,10 @@ OutputFile FileSystem::OpenAppend(std::string_view path) {
 void FileSystem::ReplaceFile(std::string_view path, std::string_view content) {
     const std::string target = HostPath(path);
     auto [fd, temp] = CreateReplacement(target);
+    if (FaultDue()) {
+        WriteAll(fd, content.data(), content.size() / 2);
+        FaultNow();
+    }
     const bool written = WriteAll(fd, content.data(), content.size()) && SyncFd(fd);
     // close() interrupted has still closed the file; its other failures are
     // write errors reported late.

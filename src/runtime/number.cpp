@@ -19,12 +19,75 @@ constexpr std::size_t kTextMax = 32;
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
+// The text of "%.15G" for the common value, fast: when the shortest text
+// that reads back as `value` has at most 15 significant digits, it is also
+// the value rounded to 15 digits (15-digit steps are wider than the gap
+// between doubles), so only the layout of "%G" is left to do: plain digits
+// for exponents from -4 to 14, else d.dddE+XX. Returns 0 when the shortest
+// text needs more digits; the caller then asks for 15 digits.
+std::size_t ShortestAsG15(double value, char* out) {
+    // Subnormal values have fewer bits than 15 digits need; they take the
+    // slow way.
+    if (std::fabs(value) < std::numeric_limits<double>::min()) return 0;
+    char sci[kTextMax];
+    const auto result = std::to_chars(sci, sci + kTextMax, value, std::chars_format::scientific);
+    const char* end = result.ptr;
+    const char* e = end;
+    while (e != sci && *(e - 1) != 'e') --e;
+    if (e == sci) return 0;
+    // sci: [-]d[.ddd]e(+|-)xx
+    const char* mantissa = sci;
+    std::size_t length = 0;
+    if (*mantissa == '-') {
+        out[length++] = '-';
+        ++mantissa;
+    }
+    char digits[kTextMax];
+    std::size_t count = 0;
+    for (const char* c = mantissa; c != e - 1; ++c) {
+        if (*c != '.') digits[count++] = *c;
+    }
+    if (count > 15) return 0;
+    int exponent = 0;
+    std::from_chars(*e == '+' ? e + 1 : e, end, exponent);
+    if (exponent < -4 || exponent >= 15) {
+        out[length++] = digits[0];
+        if (count > 1) {
+            out[length++] = '.';
+            for (std::size_t i = 1; i < count; ++i) out[length++] = digits[i];
+        }
+        out[length++] = 'E';
+        out[length++] = exponent < 0 ? '-' : '+';
+        const int magnitude = exponent < 0 ? -exponent : exponent;
+        if (magnitude < 10) out[length++] = '0';
+        length = static_cast<std::size_t>(std::to_chars(out + length, out + kTextMax, magnitude).ptr - out);
+        return length;
+    }
+    if (exponent < 0) {
+        out[length++] = '0';
+        out[length++] = '.';
+        for (int i = -1; i > exponent; --i) out[length++] = '0';
+        for (std::size_t i = 0; i < count; ++i) out[length++] = digits[i];
+        return length;
+    }
+    const std::size_t whole = static_cast<std::size_t>(exponent) + 1;
+    for (std::size_t i = 0; i < whole; ++i) out[length++] = i < count ? digits[i] : '0';
+    if (count > whole) {
+        out[length++] = '.';
+        for (std::size_t i = whole; i < count; ++i) out[length++] = digits[i];
+    }
+    return length;
+}
+
 // Writes the standard text of a non-zero `value` without a leading blank to
 // `out` and returns its length. to_chars with 15 digits gives the text of
 // "%.15G" in the "C" locale, in lower case.
 std::size_t FormatBare(double value, char* out) {
-    const auto result = std::to_chars(out, out + kTextMax, value, std::chars_format::general, 15);
-    std::size_t length = static_cast<std::size_t>(result.ptr - out);
+    std::size_t length = ShortestAsG15(value, out);
+    if (length == 0) {
+        const auto result = std::to_chars(out, out + kTextMax, value, std::chars_format::general, 15);
+        length = static_cast<std::size_t>(result.ptr - out);
+    }
     for (std::size_t i = 0; i < length; ++i) {
         if (out[i] >= 'a' && out[i] <= 'z') out[i] = static_cast<char>(out[i] - 'a' + 'A');
     }

@@ -92,6 +92,13 @@ char InputFile::GetChar() {
     return static_cast<char>(c);
 }
 
+std::string_view InputFile::ReadChunk() {
+    if (Peek() < 0) return {};
+    const std::string_view chunk(buffer_.data() + pos_, end_ - pos_);
+    pos_ = end_;
+    return chunk;
+}
+
 std::string InputFile::LineInput() {
     if (Peek() < 0) Raise(kInputPastEnd);
     std::string line;

@@ -59,6 +59,10 @@ public:
     std::string LineInput();
     // One character (a byte); at the end raises 62.
     char GetChar();
+    // The bytes not yet read from the current buffer (the next buffer when it
+    // is used up), taken as read; empty only at the end. For passes that look
+    // at every byte without a call per byte.
+    std::string_view ReadChunk();
 
     // Sequential items: skip blanks; a double quote starts a quoted item that
     // ends at the next double quote (the rest up to the comma or line end is

@@ -21,9 +21,26 @@ std::unique_ptr<std::istream> StandardInput() {
     return in;
 }
 
-std::unique_ptr<ui::UiHost> HostFromEnvironment() {
+bool HasValue(const char* name) {
+    const char* value = std::getenv(name);
+    return value && *value;
+}
+
+// A window system to draw on: an X or Wayland display, or a Qt platform
+// named outright (such as "offscreen").
+bool DisplayAvailable() {
+    return HasValue("DISPLAY") || HasValue("WAYLAND_DISPLAY") || HasValue("QT_QPA_PLATFORM");
+}
+
+std::unique_ptr<ui::UiHost> HostFromEnvironment(const DesktopHostFactory& desktop) {
     const char* choice = std::getenv("RAVELO_UI");
     const std::string kind = choice ? LCase(Trim(choice)) : std::string();
+    if (kind == "qt") {
+        if (desktop) return desktop();
+        std::fputs("raveloutils: this build has no desktop host; running headless\n", stderr);
+        return std::make_unique<ui::HeadlessHost>();
+    }
+    if (kind.empty() && desktop && DisplayAvailable()) return desktop();
     if (kind == "script") {
         const char* scriptPath = std::getenv("RAVELO_SCRIPT");
         std::unique_ptr<std::istream> script;
@@ -40,13 +57,13 @@ std::unique_ptr<ui::UiHost> HostFromEnvironment() {
 
 }  // namespace
 
-Services ServicesFromEnvironment() {
+Services ServicesFromEnvironment(const DesktopHostFactory& desktop) {
     Services services;
     auto drives = platform::DriveMap::FromEnvironment();
     services.environment = platform::Environment::FromProcess(drives);
     services.files = std::make_unique<platform::FileSystem>(std::move(drives));
     services.clock = std::make_unique<platform::SystemClock>();
-    services.ui = HostFromEnvironment();
+    services.ui = HostFromEnvironment(desktop);
     services.shell = std::make_unique<platform::SystemShell>();
     services.downloader = std::make_unique<platform::CurlDownloader>(*services.files);
     services.waitScale = platform::WaitScaleFromEnvironment();

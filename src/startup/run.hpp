@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdio>
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -18,11 +20,18 @@ enum ExitStatus : int {
     kExitRuntimeError = 3,   // a run-time error ended the program
 };
 
+// Makes the desktop host. Start-up knows no window system: the program's
+// entry passes a factory when the build has one.
+using DesktopHostFactory = std::function<std::unique_ptr<ui::UiHost>()>;
+
 // Services for a process: drives and environment from the environment, the
-// system clock and shell, and the user-interface host that RAVELO_UI names
-// ("headless" or "script"; the script comes from RAVELO_SCRIPT or standard
-// input).
-Services ServicesFromEnvironment();
+// system clock and shell, and the user-interface host that RAVELO_UI names:
+// "qt" (the desktop host, when `desktop` is given), "headless" or "script"
+// (the script comes from RAVELO_SCRIPT or standard input). Without RAVELO_UI
+// the desktop host is used when there is one and a display is available
+// (DISPLAY or WAYLAND_DISPLAY set, or QT_QPA_PLATFORM given), else the
+// headless host.
+Services ServicesFromEnvironment(const DesktopHostFactory& desktop = nullptr);
 
 // Registers the start-up's own windows (and later the utilities' windows
 // and command words) with a program.

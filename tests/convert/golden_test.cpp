@@ -1,9 +1,9 @@
-// The whole program on every golden converter case of the XYZ, MOL/SDF and
-// PDB/ENT formats: the built raveloutils converts the case's input in an
-// empty folder, and every file it leaves there and in the log folder must
-// equal the golden copy byte for byte. The cases are listed in
-// tests/data/golden/MANIFEST.tsv (case folder, input under tests/data, how
-// the program ends).
+// The whole program on every golden converter case: the built raveloutils
+// converts the case's input in an empty folder, and every file it leaves
+// there and in the log folder must equal the golden copy byte for byte. The
+// cases are listed in tests/data/golden/MANIFEST.tsv (case folder, input
+// under tests/data, how the program ends, and how it ran when that was not
+// "fileconv" on the input's own name).
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -31,6 +31,11 @@ struct GoldenCase {
     std::string folder;   // under tests/data/golden/converter
     std::string input;    // under tests/data
     std::string outcome;  // "ends normally" or "ends with RUNTIME ERROR n: ..."
+    // How the case ran, when not as "fileconv CASE/name" with the input's own
+    // name: "fileconv CASE/other.ext" (the input under another name), or
+    // "--window NAME; ... CASE\name ..." (the name typed into that converter
+    // window and converted with its Convert button).
+    std::string command;
 };
 
 void PrintTo(const GoldenCase& c, std::ostream* os) { *os << c.folder; }
@@ -47,6 +52,7 @@ std::vector<GoldenCase> LoadManifest() {
         std::getline(fields, c.folder, '\t');
         std::getline(fields, c.input, '\t');
         std::getline(fields, c.outcome, '\t');
+        std::getline(fields, c.command, '\t');
         cases.push_back(c);
     }
     return cases;
@@ -69,9 +75,24 @@ std::string MarkCaseFolder(const std::string& bytes, const std::string& what) {
     const std::string lowerBytes = Lower(bytes), lowerWhat = Lower(what);
     std::string result;
     std::size_t from = 0;
-    for (std::size_t at; (at = lowerBytes.find(lowerWhat, from)) != std::string::npos; from = at + what.size())
+    for (std::size_t at; (at = lowerBytes.find(lowerWhat, from)) != std::string::npos;
+         from = at + what.size())
         result += bytes.substr(from, at - from) + "@CASE@";
     return result + bytes.substr(from);
+}
+
+// The file name that follows "CASE/" or "CASE\\" in a case's command.
+std::string NameIn(const std::string& command) {
+    const std::size_t at = command.find_first_of("/\\", command.find("CASE"));
+    return command.substr(at + 1, command.find_first_of(" ;,", at) - at - 1);
+}
+
+// The window a case's command opens ("--window NAME"), or "".
+std::string WindowIn(const std::string& command) {
+    const std::size_t at = command.find("--window ");
+    if (at == std::string::npos) return {};
+    const std::size_t from = at + 9;
+    return command.substr(from, command.find_first_of(" ;", from) - from);
 }
 
 // Relative path -> contents of every file under `root`/`sub`.
@@ -112,16 +133,25 @@ TEST_P(ConverterGolden, LeavesTheGoldenFiles) {
     WriteHostFile(inst / "ravelo/Kalmodyn.Exe", "stand-in for the modeller executable\r\n");
     fs::create_directories(inst / "dmor");
 
-    const std::string name = Lower(fs::path(c.input).filename().string());
+    const std::string name =
+        c.command.empty() ? Lower(fs::path(c.input).filename().string()) : NameIn(c.command);
     ASSERT_TRUE(fs::exists(kData / c.input)) << c.input;
     WriteHostFile(caseDir / name, ReadHostFile(kData / c.input));
 
-    const auto run = RunBinary({"fileconv", (caseDir / name).string()},
-                               {{"TEMP", temp.string()},
-                                {"RAVELO_DRIVE_C", inst.string()},
-                                {"RAVELO_WAIT_SCALE", "0"},
-                                {"RAVELO_UI", "headless"}},
-                               {}, caseDir);
+    std::map<std::string, std::string> env = {{"TEMP", temp.string()},
+                                              {"RAVELO_DRIVE_C", inst.string()},
+                                              {"RAVELO_WAIT_SCALE", "0"},
+                                              {"RAVELO_UI", "headless"}};
+    test::ProcessResult run;
+    if (const std::string window = WindowIn(c.command); !window.empty()) {
+        env["RAVELO_UI"] = "script";
+        run = RunBinary(
+            {"--window", window}, env,
+            "text " + window + ".Text1 " + WindowsForm(caseDir / name) + "\nclick " + window + ".Command1\n",
+            caseDir);
+    } else {
+        run = RunBinary({"fileconv", (caseDir / name).string()}, env, {}, caseDir);
+    }
     const bool normal = c.outcome == "ends normally";
     EXPECT_EQ(run.status, normal ? 0 : 3) << run.err;
     if (!normal) {
@@ -130,6 +160,18 @@ TEST_P(ConverterGolden, LeavesTheGoldenFiles) {
         EXPECT_NE(run.err.find("Run-time error '" + number.substr(0, number.find(':')) + "'"),
                   std::string::npos)
             << run.err;
+    }
+    // Crystal files go on from each XCC file they wrote (in name order) to
+    // its XXS file, a run of its own each.
+    if (c.command.find("then fileconv CASE/X.xcc") != std::string::npos) {
+        std::vector<fs::path> written;
+        for (const auto& entry : fs::directory_iterator(caseDir))
+            if (entry.path().extension() == ".xcc") written.push_back(entry.path());
+        std::sort(written.begin(), written.end());
+        for (const fs::path& xcc : written) {
+            const auto next = RunBinary({"fileconv", xcc.string()}, env, {}, caseDir);
+            EXPECT_EQ(next.status, 0) << xcc << next.err;
+        }
     }
 
     std::map<std::string, std::string> got, want;
@@ -148,8 +190,7 @@ TEST_P(ConverterGolden, LeavesTheGoldenFiles) {
         }
         EXPECT_TRUE(found->second == bytes) << file << " " << FirstDifference(found->second, bytes);
     }
-    for (const auto& [file, bytes] : got)
-        EXPECT_TRUE(want.count(file)) << "unexpected " << file;
+    for (const auto& [file, bytes] : got) EXPECT_TRUE(want.count(file)) << "unexpected " << file;
 }
 
 std::string CaseName(const testing::TestParamInfo<GoldenCase>& info) {
