@@ -23,7 +23,7 @@ echo "== Converting the sample structures in $work (C:\\samples):"
 for f in "$work"/*; do
   name="C:\\samples\\$(basename "$f")"
   echo "raveloutils fileconv $name"
-  RAVELO_WAIT_SCALE=0 "$exe" fileconv "$name"
+  RAVELO_UI=headless RAVELO_WAIT_SCALE=0 "$exe" fileconv "$name"
 done
 echo
 echo "== What the converter left in $work:"

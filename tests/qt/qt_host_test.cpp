@@ -2,6 +2,8 @@
 // the model once, what the model says reaches the widgets, modal loops end
 // with their window, and errors and the end of the program come out of the
 // host's waits, not out of Qt.
+#include "ui/qt/qt_host.hpp"
+
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -15,7 +17,6 @@
 #include "qt/qt_program.hpp"
 #include "runtime/error.hpp"
 #include "startup/run.hpp"
-#include "ui/qt/qt_host.hpp"
 
 namespace ravelo::ui {
 namespace {
@@ -34,8 +35,8 @@ public:
         text.onChange = [this] { log += "change:" + (*this)["Text1"].Text() + ";"; };
         text.onKeyPress = [this](int& key) {
             log += "key" + std::to_string(key) + ";";
-            if (key == '#') key = 0;     // swallowed
-            if (key == 'a') key = 'b';   // typed as another character
+            if (key == '#') key = 0;    // swallowed
+            if (key == 'a') key = 'b';  // typed as another character
         };
         Control& list = Add("List1", ControlKind::ListBox);
         for (const char* entry : {"first", "second", "third"}) list.AddItem(entry);
@@ -120,11 +121,11 @@ TEST_F(QtHostTest, KeysAndTypingReachTheTextBox) {
 
 TEST_F(QtHostTest, TheWindowTakesOnlyKeysAndClicksThatNoControlTook) {
     host.Show(probe);
-    EXPECT_EQ(Window()->focusWidget(), Widget<QLineEdit>("Text1"));   // a user starts typing there
+    EXPECT_EQ(Window()->focusWidget(), Widget<QLineEdit>("Text1"));  // a user starts typing there
     QTest::keyClick(Widget<QLineEdit>("Text1"), Qt::Key_Return);
     Window()->setFocus();
     QTest::keyClick(Window(), Qt::Key_Z);
-    QTest::mouseClick(Window(), Qt::LeftButton, {}, QPoint(3, 3));   // the margin, no control
+    QTest::mouseClick(Window(), Qt::LeftButton, {}, QPoint(3, 3));  // the margin, no control
     EXPECT_EQ(probe.log, "key13;formkey122;formclick;");
 }
 
@@ -132,7 +133,7 @@ TEST_F(QtHostTest, ListPickIsOneEventPerClickOrKey) {
     host.Show(probe);
     QListWidget* list = Widget<QListWidget>("List1_list");
     ClickItem(list, 1);
-    ClickItem(list, 1);   // the current entry, clicked again
+    ClickItem(list, 1);  // the current entry, clicked again
     list->setFocus();
     QTest::keyClick(list, Qt::Key_Down);
     EXPECT_EQ(probe.log, "pick:second;pick:second;pick:third;");
@@ -153,7 +154,7 @@ TEST_F(QtHostTest, ClickableLabelsLookClickableAndColoursShowAtOnce) {
     EXPECT_EQ(clickable->cursor().shape(), Qt::PointingHandCursor);
     EXPECT_NE(plain->cursor().shape(), Qt::PointingHandCursor);
     Click(clickable);
-    Click(plain);   // a label without a click event does nothing
+    Click(plain);  // a label without a click event does nothing
     EXPECT_EQ(probe.log, "click;");
 
     // A flash: each colour is on the screen as soon as the program refreshes,
@@ -178,14 +179,14 @@ TEST_F(QtHostTest, ClickableLabelsLookClickableAndColoursShowAtOnce) {
 
 TEST_F(QtHostTest, ErrorsAndTheProgramsEndComeOutOfTheHostsWaits) {
     host.Show(probe);
-    Click(Widget<QPushButton>("Command2"));   // raises inside Qt's click
+    Click(Widget<QPushButton>("Command2"));  // raises inside Qt's click
     try {
         host.DoEvents();
         ADD_FAILURE() << "the error stayed inside the host";
     } catch (const RuntimeError& error) {
         EXPECT_EQ(error.number, kDivisionByZero);
     }
-    EXPECT_NO_THROW(host.DoEvents());   // thrown once
+    EXPECT_NO_THROW(host.DoEvents());  // thrown once
 
     // Closing the last window leaves nothing to wait for: the program ends.
     Click(Widget<QPushButton>("Command1"));
@@ -232,12 +233,12 @@ TEST(QtHostChoice, DesktopHostWhenAskedForOrWhenThereIsADisplay) {
     EXPECT_FALSE(chosen(desktop));
     qputenv("RAVELO_UI", "Qt");
     EXPECT_TRUE(chosen(desktop));
-    EXPECT_FALSE(chosen(nullptr));   // a build without the desktop host runs headless
+    EXPECT_FALSE(chosen(nullptr));  // a build without the desktop host runs headless
 
     qunsetenv("RAVELO_UI");
-    EXPECT_TRUE(chosen(desktop));   // QT_QPA_PLATFORM names a platform
+    EXPECT_TRUE(chosen(desktop));  // QT_QPA_PLATFORM names a platform
     qunsetenv("QT_QPA_PLATFORM");
-    EXPECT_FALSE(chosen(desktop));   // no display at all
+    EXPECT_FALSE(chosen(desktop));  // no display at all
     qputenv("DISPLAY", ":99");
     EXPECT_TRUE(chosen(desktop));
     EXPECT_FALSE(chosen(nullptr));

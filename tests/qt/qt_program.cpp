@@ -52,8 +52,9 @@ void QtProgram::Install() {
 
 void QtProgram::InstallDemo() {
     Install();
-    std::filesystem::copy(RAVELO_DEMO_DRIVE, DriveC(),
-                          std::filesystem::copy_options::recursive | std::filesystem::copy_options::overwrite_existing);
+    std::filesystem::copy(
+        RAVELO_DEMO_DRIVE, DriveC(),
+        std::filesystem::copy_options::recursive | std::filesystem::copy_options::overwrite_existing);
 }
 
 std::filesystem::path QtProgram::Host(const std::string& winPath) const {
@@ -172,14 +173,16 @@ struct WhenReady::Impl {
     QTimer timer;
 };
 
-WhenReady::WhenReady(std::function<bool()> ready, std::function<void()> check) : impl_(std::make_unique<Impl>()) {
+WhenReady::WhenReady(std::function<bool()> ready, std::function<void()> check)
+    : impl_(std::make_unique<Impl>()) {
     impl_->timer.setInterval(0);
-    QObject::connect(&impl_->timer, &QTimer::timeout, [this, ready = std::move(ready), check = std::move(check)] {
-        if (seen_ || !ready()) return;
-        seen_ = true;
-        impl_->timer.stop();
-        check();
-    });
+    QObject::connect(&impl_->timer, &QTimer::timeout,
+                     [this, ready = std::move(ready), check = std::move(check)] {
+                         if (seen_ || !ready()) return;
+                         seen_ = true;
+                         impl_->timer.stop();
+                         check();
+                     });
     impl_->timer.start();
 }
 

@@ -37,9 +37,9 @@ struct ScriptedRun {
     ScriptedRun(const std::string& script, const std::string& commandLine, const std::string& window = {})
         : program(script, 0) {
         program.Install();
-        std::filesystem::copy(RAVELO_DEMO_DRIVE, program.DriveC(),
-                              std::filesystem::copy_options::recursive |
-                                  std::filesystem::copy_options::overwrite_existing);
+        std::filesystem::copy(
+            RAVELO_DEMO_DRIVE, program.DriveC(),
+            std::filesystem::copy_options::recursive | std::filesystem::copy_options::overwrite_existing);
         program.Run(commandLine, window);
     }
     test::TestProgram program;
@@ -67,16 +67,18 @@ TEST(QtCalculator, EnterCalculatesAndTheAnswerShowsInTheDisplay) {
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(window->windowTitle(), QStringLiteral("The Calculator"));
     // The title in light magenta, the operator line in light red.
-    for (const auto& [label, colour] : {std::pair{"Label1", QColor(0xFF, 0x00, 0xFF)}, {"Label2", QColor(0xFF, 0, 0)}})
-        EXPECT_EQ(ColourAt(t.Label("CalcxForm", label), Margin(t.Label("CalcxForm", label))), colour) << label;
-    EXPECT_FALSE(t.Label("CalcxForm", "Label4")->isVisible());   // nothing to store yet
+    for (const auto& [label, colour] :
+         {std::pair{"Label1", QColor(0xFF, 0x00, 0xFF)}, {"Label2", QColor(0xFF, 0, 0)}})
+        EXPECT_EQ(ColourAt(t.Label("CalcxForm", label), Margin(t.Label("CalcxForm", label))), colour)
+            << label;
+    EXPECT_FALSE(t.Label("CalcxForm", "Label4")->isVisible());  // nothing to store yet
 
     Calculate(t, QStringLiteral("2*(3+4)"));
     QLabel* answer = t.Label("CalcxForm", "Label13");
     EXPECT_TRUE(answer->isVisible());
     EXPECT_EQ(answer->text(), Q(t.Model("CalcxForm", "Label13").Caption()));
-    EXPECT_TRUE(answer->text().contains(QStringLiteral("14"))) << answer->text().toStdString();   // 2*7
-    EXPECT_TRUE(t.Label("CalcxForm", "Label4")->isVisible());   // Store Equation
+    EXPECT_TRUE(answer->text().contains(QStringLiteral("14"))) << answer->text().toStdString();  // 2*7
+    EXPECT_TRUE(t.Label("CalcxForm", "Label4")->isVisible());  // Store Equation
     t.Settle();
     test::ExpectNothingCut(window);
     SaveScreenshot(window, "CalcxForm");
@@ -120,10 +122,10 @@ TEST(QtCalculator, MenuOpensItModalAndExitEndsItsLoop) {
         [&] {
             EXPECT_EQ(t.Window("CalcxForm")->windowModality(), Qt::ApplicationModal);
             Calculate(t, QStringLiteral("3*(2+5)"));
-            EXPECT_TRUE(t.Label("CalcxForm", "Label13")->text().contains(QStringLiteral("21")));   // 3*7
-            Click(t.Label("CalcxForm", "Label9"));   // EXIT
+            EXPECT_TRUE(t.Label("CalcxForm", "Label13")->text().contains(QStringLiteral("21")));  // 3*7
+            Click(t.Label("CalcxForm", "Label9"));                                                // EXIT
         });
-    Click(t.Label("RaveloUtils", "Label3"));   // Calculx; returns when the calculator closes
+    Click(t.Label("RaveloUtils", "Label3"));  // Calculx; returns when the calculator closes
     EXPECT_TRUE(inside.Seen());
     EXPECT_FALSE(t.program().Window("CalcxForm").Loaded());
     EXPECT_FALSE(t.Window("CalcxForm")->isVisible());
@@ -146,13 +148,14 @@ TEST(QtMoleculeLog, LabelsRunTheirCopies) {
     SaveScreenshot(window, "LogHtmForm1");
 
     Click(t.Label("LogHtmForm1", "Label3"));
-    EXPECT_EQ(t.Label("LogHtmForm1", "Label2")->text(), QStringLiteral("The task was completed successfully."));
+    EXPECT_EQ(t.Label("LogHtmForm1", "Label2")->text(),
+              QStringLiteral("The task was completed successfully."));
     Click(t.Label("LogHtmForm1", "Label4"));
     EXPECT_EQ(t.Settle(), std::nullopt);
 
     const ScriptedRun scripted("click LogHtmForm1.Label3\nclick LogHtmForm1.Label4\n", "logtohtm");
     const auto mine = FilesUnder(t.DriveC() / "ravelo");
-    EXPECT_NE(mine.at("molecule.htm").find("<a href="), std::string::npos);   // a record was copied
+    EXPECT_NE(mine.at("molecule.htm").find("<a href="), std::string::npos);  // a record was copied
     EXPECT_EQ(mine, FilesUnder(scripted.program.DriveC() / "ravelo"));
 }
 
@@ -184,9 +187,10 @@ TEST(QtDatabase, BeginCountsAndGoTransfers) {
 
     Click(go);
     EXPECT_EQ(t.Settle(), std::nullopt);
-    EXPECT_NE(FilesUnder(t.DriveC() / "dmor"), before);   // the database took the new records
+    EXPECT_NE(FilesUnder(t.DriveC() / "dmor"), before);  // the database took the new records
 
-    const ScriptedRun scripted("click UpdtMolForm1.Command1\nclick UpdtMolForm1.Command1\n", "", "UpdtMolForm1");
+    const ScriptedRun scripted("click UpdtMolForm1.Command1\nclick UpdtMolForm1.Command1\n", "",
+                               "UpdtMolForm1");
     EXPECT_EQ(FilesUnder(t.DriveC() / "dmor"), FilesUnder(scripted.program.DriveC() / "dmor"));
     EXPECT_EQ(FilesUnder(t.DriveC() / "ravelo"), FilesUnder(scripted.program.DriveC() / "ravelo"));
     for (const char* line : {"Label3", "Label4", "Label5", "Label6"})

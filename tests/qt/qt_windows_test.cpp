@@ -28,7 +28,7 @@ std::string CorpusFile(const std::string& name) {
 }
 
 // The converter windows a build may have, by their names.
-constexpr const char* kConverterWindows[] = {"XYZ",     "MDL", "PDB", "CSD", "Tripos", "MOPAC",
+constexpr const char* kConverterWindows[] = {"XYZ",     "MDL",     "PDB", "CSD", "Tripos", "MOPAC",
                                              "Alchemy", "Schakal", "M3D", "XCC", "XCX"};
 
 TEST(QtMainWindow, ShowsItsMenuAndOpensTheUtilities) {
@@ -43,7 +43,7 @@ TEST(QtMainWindow, ShowsItsMenuAndOpensTheUtilities) {
     EXPECT_TRUE(t.Label("RaveloUtils", "Label1")->isVisible());
     EXPECT_EQ(t.Label("RaveloUtils", "Label1")->text(), QStringLiteral("The Ravelo Suite of Utilities"));
     EXPECT_EQ(t.Label("RaveloUtils", "Label10")->text(), Q(VersionLine()));
-    EXPECT_FALSE(t.Label("RaveloUtils", "Label7")->isVisible());   // "Read URLs" is hidden
+    EXPECT_FALSE(t.Label("RaveloUtils", "Label7")->isVisible());  // "Read URLs" is hidden
     for (const char* entry : {"Label2", "Label3", "Label4", "Label5", "Label6", "Label8", "Label9"}) {
         QLabel* label = t.Label("RaveloUtils", entry);
         EXPECT_TRUE(label->isVisible()) << entry;
@@ -157,7 +157,7 @@ TEST(QtConverterWindow, OpenedWithoutANameAsksForOneAndConvertsTheTypedName) {
 
     QTest::keyClicks(name, QStringLiteral("C:\\data\\methane.xyz"));
     EXPECT_EQ(t.Model("XYZ", "Text1").Text(), "C:\\data\\methane.xyz");
-    Click(t.Button("XYZ", "Command1"));   // Convert
+    Click(t.Button("XYZ", "Command1"));  // Convert
     EXPECT_EQ(t.Settle(), std::nullopt);
 
     // Only YES and EXIT are left, under the question.
@@ -165,7 +165,8 @@ TEST(QtConverterWindow, OpenedWithoutANameAsksForOneAndConvertsTheTypedName) {
     EXPECT_EQ(t.Label("XYZ", "Label5")->text(), QStringLiteral("Convert another XYZ file?"));
     std::vector<std::string> buttons;
     for (const char* button : {"Command1", "Command2", "Command3", "Command4"})
-        if (t.Button("XYZ", button)->isVisible()) buttons.push_back(t.Button("XYZ", button)->text().toStdString());
+        if (t.Button("XYZ", button)->isVisible())
+            buttons.push_back(t.Button("XYZ", button)->text().toStdString());
     EXPECT_EQ(buttons, (std::vector<std::string>{"YES", "EXIT"}));
 
     // The script host, given the same name, writes the same file.
@@ -206,7 +207,7 @@ TEST(QtConverterWindow, EveryConverterWindowShowsItsPromptWhole) {
         window->close();
         EXPECT_FALSE(form.Loaded()) << name;
     }
-    EXPECT_GE(shown, 3);   // XYZ, MDL and PDB at least
+    EXPECT_GE(shown, 3);  // XYZ, MDL and PDB at least
 }
 
 }  // namespace

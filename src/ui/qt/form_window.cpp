@@ -81,14 +81,19 @@ std::string StyleFor(const FormWindow::Binding& b) {
     } else if (b.label) {
         if (!back.isEmpty() || !fore.isEmpty()) {
             css = QStringLiteral("QLabel {");
-            if (!back.isEmpty()) css += QStringLiteral(" background-color: %1; border-radius: 3px;").arg(back);
+            if (!back.isEmpty())
+                css += QStringLiteral(" background-color: %1; border-radius: 3px;").arg(back);
             if (!fore.isEmpty()) css += QStringLiteral(" color: %1;").arg(fore);
-            css += QStringLiteral(" padding: %1; }").arg(b.title ? QStringLiteral("6px 10px") : QStringLiteral("3px 8px"));
+            css += QStringLiteral(" padding: %1; }")
+                       .arg(b.title ? QStringLiteral("6px 10px") : QStringLiteral("3px 8px"));
         } else if (b.footer) {
             css = QStringLiteral("QLabel { color: #5b6470; }");
         }
     } else {
-        const char* type = b.button ? "QPushButton" : b.edit ? "QLineEdit" : b.combo ? "QComboBox" : "QListWidget";
+        const char* type = b.button  ? "QPushButton"
+                           : b.edit  ? "QLineEdit"
+                           : b.combo ? "QComboBox"
+                                     : "QListWidget";
         if (!back.isEmpty() || !fore.isEmpty()) {
             css = QStringLiteral("%1 {").arg(QLatin1String(type));
             if (!back.isEmpty()) css += QStringLiteral(" background-color: %1;").arg(back);
@@ -132,7 +137,9 @@ QLabel* PlainLabel(QWidget* parent) {
 }
 
 // "&" in a button caption is a character, not a shortcut mark.
-QString ButtonText(const std::string& caption) { return ToQt(caption).replace(QLatin1Char('&'), QLatin1String("&&")); }
+QString ButtonText(const std::string& caption) {
+    return ToQt(caption).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
 
 }  // namespace
 
@@ -158,7 +165,7 @@ std::string FromQt(const QString& text) { return text.toUtf8().toStdString(); }
 FormWindow::FormWindow(Form& form, EventSink& sink) : QWidget(nullptr), form_(form), sink_(sink) {
     setObjectName(ToQt(form.Name()));
     setAttribute(Qt::WA_DeleteOnClose, false);
-    setFocusPolicy(Qt::ClickFocus);   // keys on the window reach Form_KeyPress
+    setFocusPolicy(Qt::ClickFocus);  // keys on the window reach Form_KeyPress
     Build();
     Sync();
     FitToContents(Fit::First);
@@ -183,8 +190,8 @@ bool FormWindow::BuiltFrom(const Form& form) const {
 
 FormWindow::Binding* FormWindow::BindingOf(const QObject* widget) {
     for (Binding& b : bindings_) {
-        if (b.outer == widget || b.label == widget || b.button == widget || b.edit == widget || b.list == widget ||
-            b.combo == widget || (b.list && b.list->viewport() == widget))
+        if (b.outer == widget || b.label == widget || b.button == widget || b.edit == widget ||
+            b.list == widget || b.combo == widget || (b.list && b.list->viewport() == widget))
             return &b;
     }
     return nullptr;
@@ -330,7 +337,7 @@ void FormWindow::Connect(Binding& b) {
 }
 
 void FormWindow::Build() {
-    bindings_.reserve(form_.Controls().size());   // bindings are referred to by address
+    bindings_.reserve(form_.Controls().size());  // bindings are referred to by address
     for (const auto& control : form_.Controls()) {
         builtFrom_.push_back(control.get());
         Bind(*control);
@@ -421,7 +428,8 @@ void FormWindow::Build() {
     bool hasLists = false;
     const auto isBrowser = [](const Binding& b) {
         const ControlKind kind = b.control->Kind();
-        return kind == ControlKind::DriveList || kind == ControlKind::DirList || kind == ControlKind::FileList;
+        return kind == ControlKind::DriveList || kind == ControlKind::DirList ||
+               kind == ControlKind::FileList;
     };
     if (std::any_of(bindings_.begin(), bindings_.end(), isBrowser)) {
         auto* browser = new QHBoxLayout();
@@ -611,14 +619,15 @@ void FormWindow::FitToContents(Fit fit) {
         for (const Binding& b : bindings_) {
             if (!b.label || b.footer || !b.label->wordWrap() || b.outer->isHidden()) continue;
             const QMargins inner = b.label->contentsMargins();
-            const int line = b.label->fontMetrics().horizontalAdvance(b.label->text()) + inner.left() + inner.right() +
-                             margins.left() + margins.right() + 24;
+            const int line = b.label->fontMetrics().horizontalAdvance(b.label->text()) + inner.left() +
+                             inner.right() + margins.left() + margins.right() + 24;
             width = std::max(width, std::min(kMaxPreferredWidth, line));
         }
     }
     width = std::max(width, minimumSizeHint().width());
     // Wrapped lines need more height the narrower the window is.
-    const int height = page->hasHeightForWidth() ? page->totalHeightForWidth(width) : page->totalSizeHint().height();
+    const int height =
+        page->hasHeightForWidth() ? page->totalHeightForWidth(width) : page->totalSizeHint().height();
     if (minimumHeight() != height) setMinimumHeight(height);
     if (fit == Fit::First) {
         resize(width, height);
@@ -629,7 +638,7 @@ void FormWindow::FitToContents(Fit fit) {
 }
 
 void FormWindow::FocusFirst() {
-    if (!form_.Focus().empty()) return;   // the program chose; Sync shows it
+    if (!form_.Focus().empty()) return;  // the program chose; Sync shows it
     for (Binding& b : bindings_) {
         if (b.edit && !b.outer->isHidden() && b.edit->isEnabled()) {
             b.edit->setFocus(Qt::OtherFocusReason);
@@ -690,12 +699,11 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
     Deliver([this, &key] { form_.Form_KeyPress(key); });
 }
 
-void FormWindow::mousePressEvent(QMouseEvent* event) {
-    pressedOnWindow_ = event->button() == Qt::LeftButton;
-}
+void FormWindow::mousePressEvent(QMouseEvent* event) { pressedOnWindow_ = event->button() == Qt::LeftButton; }
 
 void FormWindow::mouseReleaseEvent(QMouseEvent* event) {
-    const bool click = pressedOnWindow_ && event->button() == Qt::LeftButton && rect().contains(event->position().toPoint());
+    const bool click =
+        pressedOnWindow_ && event->button() == Qt::LeftButton && rect().contains(event->position().toPoint());
     pressedOnWindow_ = false;
     if (click) Deliver([this] { form_.Form_Click(); });
 }
@@ -716,7 +724,7 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
         if (typed == 0 || !control->onKeyPress) return false;
         int key = typed;
         Deliver([control, &key] { control->onKeyPress(key); });
-        if (key == typed) return false;   // the key goes on as typed
+        if (key == typed) return false;  // the key goes on as typed
         // The event function swallowed the key (0) or turned it into another
         // character, which is typed instead.
         if (key >= 32 && key < 256) b->edit->insert(QString(QChar(static_cast<char16_t>(key))));
@@ -735,11 +743,13 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
                 const bool click = b->pressed && mouse->button() == Qt::LeftButton &&
                                    b->label->rect().contains(mouse->position().toPoint());
                 b->pressed = false;
-                if (click && control->onClick && b->label->isEnabled()) Deliver([control] { control->onClick(); });
+                if (click && control->onClick && b->label->isEnabled())
+                    Deliver([control] { control->onClick(); });
                 return true;
             }
             case QEvent::MouseButtonDblClick:
-                if (control->onDblClick && b->label->isEnabled()) Deliver([control] { control->onDblClick(); });
+                if (control->onDblClick && b->label->isEnabled())
+                    Deliver([control] { control->onDblClick(); });
                 return true;
             case QEvent::KeyPress: {
                 // Space or Enter on a clickable label that has the focus.

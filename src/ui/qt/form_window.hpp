@@ -65,18 +65,18 @@ public:
     // What one control is drawn with; public for the file's helpers only.
     struct Binding {
         Control* control = nullptr;
-        QWidget* outer = nullptr;   // what is shown or hidden
+        QWidget* outer = nullptr;  // what is shown or hidden
         QLabel* label = nullptr;
         QPushButton* button = nullptr;
         QLineEdit* edit = nullptr;
         QListWidget* list = nullptr;
         QComboBox* combo = nullptr;
-        QLabel* heading = nullptr;   // a list's caption (its folder, its pattern)
+        QLabel* heading = nullptr;  // a list's caption (its folder, its pattern)
         bool clickable = false;
         bool title = false;
         bool footer = false;
-        int rowAtPress = -1;         // a list's current row when a mouse press began
-        bool pressed = false;        // a label: the left button went down on it
+        int rowAtPress = -1;   // a list's current row when a mouse press began
+        bool pressed = false;  // a label: the left button went down on it
         std::string shownStyle;
         std::vector<std::string> shownItems;
         std::string shownHeading;

@@ -169,15 +169,15 @@ struct QtHost::Impl final : qt::EventSink {
     int argc = 1;
     char name[12] = "raveloutils";
     char* argv[2] = {name, nullptr};
-    std::unique_ptr<QApplication> app;   // when the host started the application itself
+    std::unique_ptr<QApplication> app;  // when the host started the application itself
     std::map<const Form*, std::unique_ptr<qt::FormWindow>> windows;
     struct ModalFrame {
         Form* form;
         QEventLoop* loop;
     };
     std::vector<ModalFrame> modal;
-    std::exception_ptr pending;   // thrown by an event function, not yet thrown again
-    qt::FormWindow* fresh = nullptr;   // shown, not yet painted
+    std::exception_ptr pending;       // thrown by an event function, not yet thrown again
+    qt::FormWindow* fresh = nullptr;  // shown, not yet painted
 };
 
 QtHost::QtHost() : impl_(std::make_unique<Impl>(*this)) {}
@@ -257,7 +257,7 @@ void QtHost::OnShown(Form& form) {
     auto& slot = impl_->windows[&form];
     bool placed = true;
     if (!slot || !slot->BuiltFrom(form)) {
-        if (slot) slot.release()->deleteLater();   // a window of a form that is gone
+        if (slot) slot.release()->deleteLater();  // a window of a form that is gone
         slot = std::make_unique<qt::FormWindow>(form, *impl_);
         placed = false;
     }
@@ -265,7 +265,7 @@ void QtHost::OnShown(Form& form) {
     window.Sync();
     const Qt::WindowModality modality = form.Modal() ? Qt::ApplicationModal : Qt::NonModal;
     if (window.windowModality() != modality) {
-        window.hide();   // modality is set on a hidden window only
+        window.hide();  // modality is set on a hidden window only
         window.setWindowModality(modality);
     }
     if (!window.isVisible()) {
