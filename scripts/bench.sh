@@ -14,7 +14,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 repo="$PWD"
 mode="${1:-full}"
-runs=10
+runs="${RAVELO_BENCH_RUNS:-10}"
 [ "$mode" = quick ] && runs=3
 
 need=()

@@ -280,7 +280,7 @@ void SplitFileName(Program& p, const std::string& path, std::string& name) {
 }
 
 void CleanNumericLine(std::string& line) {
-    if (FindFrom(line, "UNK", 0) != std::string::npos) return;
+    if (line.find("UNK") != std::string::npos) return;
 
     // The two blanks make a number at the end of the line look like one in
     // its middle. (Adding two more before each rebuild, as the rules also
@@ -288,24 +288,34 @@ void CleanNumericLine(std::string& line) {
     // blanks on the way.
     std::string s;
     s.reserve(line.size() + 48);
-    for (const char c : line) {
-        if (c == '\t') {
-            s.append("   ");
-        } else {
-            s.push_back(c);
+    if (line.find('\t') == std::string::npos) {
+        s.append(line);
+    } else {
+        for (const char c : line) {
+            if (c == '\t') {
+                s.append("   ");
+            } else {
+                s.push_back(c);
+            }
         }
     }
     s.append("  ");
 
     // The rare rules are looked for in one pass, and applied in their order
-    // only where they can match.
-    bool blankBracket = false, lonePoint = false, question = false;
-    for (std::size_t i = 0; i + 1 < s.size(); ++i) {
-        if (s[i] == '?') {
+    // only where they can match. A lone zero needs a blank before "0" or
+    // ".0"; the rules before it only remove characters around blanks, which
+    // cannot make one.
+    bool blankBracket = false, lonePoint = false, question = false, zero = false;
+    const std::size_t n = s.size();
+    for (std::size_t i = 0; i + 1 < n; ++i) {
+        const char c = s[i];
+        if (c == '?') {
             question = true;
-        } else if (s[i] == ' ') {
-            blankBracket = blankBracket || s[i + 1] == '(';
-            lonePoint = lonePoint || (s[i + 1] == '.' && i + 2 < s.size() && s[i + 2] == ' ');
+        } else if (c == ' ') {
+            const char next = s[i + 1];
+            blankBracket = blankBracket || next == '(';
+            zero = zero || next == '0' || (next == '.' && i + 2 < n && s[i + 2] == '0');
+            lonePoint = lonePoint || (next == '.' && i + 2 < n && s[i + 2] == ' ');
         }
     }
     if (blankBracket) s = Replace(s, " (", "(");
@@ -320,9 +330,11 @@ void CleanNumericLine(std::string& line) {
     // own last blank follows).
     std::string scratch;
     scratch.reserve(s.size() + 48);
-    Widen(s, scratch, " 0 ", "  0.0000", 2);
-    Widen(s, scratch, " .0 ", "  0.0000", 3);
-    Widen(s, scratch, " 0.0 ", " 0.0000 ", 4);
+    if (zero || question) {
+        Widen(s, scratch, " 0 ", "  0.0000", 2);
+        Widen(s, scratch, " .0 ", "  0.0000", 3);
+        Widen(s, scratch, " 0.0 ", " 0.0000 ", 4);
+    }
 
     PadShortFractions(s, scratch);
     RemoveUncertainties(s, scratch);
@@ -436,7 +448,15 @@ void WriteEndRecord(const Program& p, OutputFile& out, const std::string& title,
 }
 
 void MoveFile(Program& p, const std::string& from, const std::string& to) {
-    // The copy appears whole under its new name before the old file goes.
+    // A free name takes the file by a rename, which the host does at once:
+    // the file is under one name or the other, whole, at every instant (on
+    // another drive the rename is itself a copy and a delete).
+    if (!p.fs.Exists(to)) {
+        p.fs.Name(from, to);
+        return;
+    }
+    // Over an existing file, the copy appears whole under its new name
+    // before the old file goes.
     p.fs.FileCopy(from, to);
     p.fs.Kill(from);
 }
