@@ -78,7 +78,8 @@ case "$mode" in
     failed=0
     ci_one() {
       local t="$1"
-      if run_one "$t" -runs="$runs" >"$logs/$t.log" 2>&1; then
+      # A fixed seed: the same runs on every machine.
+      if run_one "$t" -runs="$runs" -seed=1 >"$logs/$t.log" 2>&1; then
         echo "== $t: $(grep -E '^Done [0-9]+ runs' "$logs/$t.log" || echo done)"
       else
         echo "== $t FAILED"; cat "$logs/$t.log"; return 1
