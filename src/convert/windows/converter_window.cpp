@@ -114,6 +114,30 @@ void ConverterWindow::FinishConversion() {
     if (startedWithFile_ == 1 && Loaded()) Unload();
 }
 
+void ConverterWindow::InitLibraryConverter(const std::string& marker, std::string extension) {
+    SetUpControls();
+    if (!TakeFileName()) return;
+    FilCvrt::PrepareInputFile(p_, fileName);
+    if (extension.empty()) extension = TextFrom(fileName, ".");
+    std::int32_t count = 0;
+    FilCvrt::SplitLibraryFile(p_, count, fileName, marker, extension,
+                              [this](const std::string& text) { ShowProgress(text); });
+    if (count >= 2) {
+        const std::string library = fileName;
+        (*this)["Text1"].SetText("Separating Library into Files.");
+        for (std::int32_t i = 1; i <= count; ++i) {
+            ConvertFile(DropLast(library, 4) + "_" + std::to_string(i) + extension);
+            WaitSeconds(p_, 3.0);
+        }
+        // Every "." of the full name, folders included, becomes "_".
+        FilCvrt::MoveFile(p_, library, Replace(library, ".", "_") + ".lib");
+    } else {
+        ConvertFile(fileName);
+    }
+    AskConvertAnother();
+    FinishConversion();
+}
+
 void ConverterWindow::ShowProgress(const std::string& text) {
     (*this)["Label4"].SetCaption(text);
     p_.ui.Refresh(*this);

@@ -52,6 +52,12 @@ protected:
     void FinishConversion();
     // A text in the window's progress label.
     void ShowProgress(const std::string& text);
+    // InitConverter for files that may hold several entries: the file is
+    // divided at `marker` (SplitLibraryFile), each entry converted from its
+    // own file NAME_i + extension with a 3-second pause after each, and the
+    // library kept under a ".lib" name. An empty extension is the name's own,
+    // from its first ".".
+    void InitLibraryConverter(const std::string& marker, std::string extension);
 
     Program& p_;
     int startedWithFile_ = 0;
