@@ -1,5 +1,5 @@
 // The expression evaluator on any equation text. An unmatched closing bracket
-// makes the evaluator repeat its pass for ever, as specified; the step bound
+// makes the evaluator repeat its pass for ever, by design; the step bound
 // turns that loop into a StepBoundExceeded here, so the fuzzer goes on to the
 // next input instead of reporting the known endless loop as a hang.
 #include <cstddef>
@@ -38,7 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     } catch (const ravelo::RuntimeError&) {
         // Division by zero, overflow and the like: the classic errors.
     } catch (const ravelo::CALCULX::StepBoundExceeded&) {
-        // The specified endless loop.
+        // The deliberate endless loop of an unmatched bracket.
     }
     return 0;
 }

@@ -27,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
         in.LineInput();   // past the end: 62
     } catch (const ravelo::RuntimeError&) {
-        // 62 at the end, 6 for a number out of range: the specified outcomes.
+        // 62 at the end, 6 for a number out of range: the reader's own errors.
     }
     return 0;
 }
