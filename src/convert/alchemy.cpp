@@ -31,14 +31,9 @@ void ConvertFile(Program& p, const std::string& fileName) {
     std::int32_t lastAtom = 0;
     for (std::int64_t counter = 1; counter <= atomCount && !in.Eof(); ++counter) {
         std::string line = Trim(in.LineInput());
-        double x = 0, y = 0, z = 0;
-        FilCvrt::ReadCoordinates(p, in, line, x, y, z);
         // The first letters after the atom number are the atom type: C3 is
         // carbon, but CAR reads as calcium where that element is listed.
-        std::string symbol;
-        FilCvrt::GetElementSymbol(p, line, symbol);
-        lastAtom = ToInt32(Val(TextUpToIncluding(line, " ")));
-        FilCvrt::WriteAtomRecord(out, x, y, z, symbol, lastAtom);
+        lastAtom = FilCvrt::WriteNumberedAtom(p, in, line, out);
     }
     FilCvrt::WriteEndRecord(p, out, title, ToInt32(static_cast<double>(lastAtom) + 1));
     out.Close();

@@ -461,4 +461,14 @@ void MoveFile(Program& p, const std::string& from, const std::string& to) {
     p.fs.Kill(from);
 }
 
+std::int32_t WriteNumberedAtom(Program& p, InputFile& in, std::string& line, OutputFile& out) {
+    double x = 0, y = 0, z = 0;
+    ReadCoordinates(p, in, line, x, y, z);
+    std::string symbol;
+    GetElementSymbol(p, line, symbol);
+    const std::int32_t number = ToInt32(Val(TextUpToIncluding(line, " ")));
+    WriteAtomRecord(out, x, y, z, symbol, number);
+    return number;
+}
+
 }  // namespace ravelo::FilCvrt

@@ -65,6 +65,12 @@ void WriteAtomRecord(OutputFile& out, double x, double y, double z, const std::s
                      std::int32_t serial);
 void WriteEndRecord(const Program& p, OutputFile& out, const std::string& title, std::int32_t count);
 
+// One atom of a line that starts with the atom's own number: the coordinates
+// (read on into further lines when the line runs short), the element symbol
+// from the letters of the line, and the atom record under the file's number,
+// which is returned.
+std::int32_t WriteNumberedAtom(Program& p, InputFile& in, std::string& line, OutputFile& out);
+
 // Moves a file to a new name as a copy and a delete; the new file appears
 // whole or not at all, and the old one goes only once the new one is there.
 void MoveFile(Program& p, const std::string& from, const std::string& to);

@@ -46,13 +46,8 @@ void ConvertFile(Program& p, const std::string& fileName) {
         FilCvrt::CleanNumericLine(line);
         // The blank line after the last atom closes the table.
         if (!Contains(line, ".") || line.empty()) break;
-        double x = 0, y = 0, z = 0;
-        FilCvrt::ReadCoordinates(p, in, line, x, y, z);
         // The first letters after the atom number are the ATOM column.
-        std::string symbol;
-        FilCvrt::GetElementSymbol(p, line, symbol);
-        lastAtom = ToInt32(Val(TextUpToIncluding(line, " ")));
-        FilCvrt::WriteAtomRecord(out, x, y, z, symbol, lastAtom);
+        lastAtom = FilCvrt::WriteNumberedAtom(p, in, line, out);
     }
     FilCvrt::WriteEndRecord(p, out, title, ToInt32(static_cast<double>(lastAtom) + 1));
     out.Close();

@@ -33,15 +33,10 @@ void ConvertFile(Program& p, const std::string& fileName) {
         // A line without a point is no atom; the next "@<TRIPOS>" header
         // (as a rule the bonds) closes the section.
         if (!Contains(line, ".") || Contains(line, "@<TRIPOS>")) break;
-        double x = 0, y = 0, z = 0;
-        FilCvrt::ReadCoordinates(p, in, line, x, y, z);
         // The atom number holds digits only, so the first letters of the
         // line are the atom's name; the Sybyl type further on plays no part.
-        std::string symbol;
-        FilCvrt::GetElementSymbol(p, line, symbol);
         // The file's own numbering is kept, gaps and all.
-        lastAtom = ToInt32(Val(TextUpToIncluding(line, " ")));
-        FilCvrt::WriteAtomRecord(out, x, y, z, symbol, lastAtom);
+        lastAtom = FilCvrt::WriteNumberedAtom(p, in, line, out);
     }
     FilCvrt::WriteEndRecord(p, out, title, ToInt32(static_cast<double>(lastAtom) + 1));
     out.Close();
