@@ -11,6 +11,7 @@
 #include "convert/filcvrt.hpp"
 #include "startup/raveloutilx.hpp"  // for kElementSymbols
 #include "support/error_of.hpp"
+#include "support/sxs_record.hpp"
 #include "support/test_program.hpp"
 
 namespace ravelo {
@@ -137,21 +138,8 @@ TEST(MdlReader, BadInputConvertsOrEndsInAReadingErrorAndKeepsTheInput) {
     }
 }
 
-// An atom record's fields (X, Y, Z, symbol, number), read back for a
-// comparison with the input's own columns.
-struct Record {
-    double x = 0, y = 0, z = 0;
-    std::string symbol;
-    int number = 0;
-};
-Record Parse(std::string record) {
-    for (char& c : record)
-        if (c == ',' || c == '"') c = ' ';
-    std::istringstream in(record);
-    Record r;
-    in >> r.x >> r.y >> r.z >> r.symbol >> r.number;
-    return r;
-}
+using Record = test::SxsRecord;
+constexpr auto Parse = test::ParseSxsRecord;
 
 // The first structure of a real SD file against its own atom block: the
 // count from the counts line (line 4), the atoms from the fixed columns

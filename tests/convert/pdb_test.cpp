@@ -14,6 +14,7 @@
 #include "startup/raveloutilx.hpp"  // for kElementSymbols
 #include "startup/shared.hpp"       // for GetTempDir
 #include "support/error_of.hpp"
+#include "support/sxs_record.hpp"
 #include "support/test_program.hpp"
 
 namespace ravelo {
@@ -206,21 +207,8 @@ TEST(PdbReader, BadInputConvertsOrEndsInAnOverflowAndKeepsTheInput) {
     }
 }
 
-// An atom record's fields (X, Y, Z, symbol, number), read back for a
-// comparison with the input's own columns.
-struct Record {
-    double x = 0, y = 0, z = 0;
-    std::string symbol;
-    int number = 0;
-};
-Record Parse(std::string record) {
-    for (char& c : record)
-        if (c == ',' || c == '"') c = ' ';
-    std::istringstream in(record);
-    Record r;
-    in >> r.x >> r.y >> r.z >> r.symbol >> r.number;
-    return r;
-}
+using Record = test::SxsRecord;
+constexpr auto Parse = test::ParseSxsRecord;
 
 // A real entry against its own ATOM and HETATM records, read by column: the
 // number of atoms, the first and the last atom (number in columns 7-11,

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "support/sxs_record.hpp"
 #include "support/test_program.hpp"
 
 namespace ravelo {
@@ -28,11 +29,7 @@ struct AtomLine {
     double x = 0, y = 0, z = 0;
 };
 
-struct Record {
-    double x = 0, y = 0, z = 0;
-    std::string symbol;
-    int number = 0;
-};
+using Record = test::SxsRecord;
 
 std::vector<std::string> Lines(const std::string& text) {
     std::vector<std::string> lines;

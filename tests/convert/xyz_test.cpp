@@ -11,6 +11,7 @@
 #include "convert/filcvrt.hpp"
 #include "startup/raveloutilx.hpp"  // for kElementSymbols
 #include "support/error_of.hpp"
+#include "support/sxs_record.hpp"
 #include "support/test_program.hpp"
 
 namespace ravelo {
@@ -154,21 +155,8 @@ TEST(XyzReader, BadInputConvertsOrEndsInAReadingErrorAndKeepsTheInput) {
     }
 }
 
-// An atom record's fields (X, Y, Z, symbol, number), read back for a
-// comparison with the input's own columns.
-struct Record {
-    double x = 0, y = 0, z = 0;
-    std::string symbol;
-    int number = 0;
-};
-Record Parse(std::string record) {
-    for (char& c : record)
-        if (c == ',' || c == '"') c = ' ';
-    std::istringstream in(record);
-    Record r;
-    in >> r.x >> r.y >> r.z >> r.symbol >> r.number;
-    return r;
-}
+using Record = test::SxsRecord;
+constexpr auto Parse = test::ParseSxsRecord;
 
 // spaces.xyz: irregular spacing, a comment without "." and empty lines at
 // the end. The count line promises 64 atoms; they are the 64 lines after the
