@@ -7,12 +7,12 @@ usage: make_inputs.py pdb ATOMS OUT     one PDB entry: the atoms of 4hhb.pdb rep
        make_inputs.py cif COUNT OUT     a CIF library of COUNT data blocks (the corpus's small-
                                         molecule blocks in turn, each with a name of its own)
 """
-import itertools, re, sys
+import itertools, os, re, sys
 from pathlib import Path
 
-CORPUS = Path(__file__).resolve().parents[2] / 'shared' / 'corpus'
-if not CORPUS.is_dir():
-    CORPUS = Path('/work/shared/corpus')
+# The corpus sits beside the repository (../shared/corpus); RAVELO_CORPUS names another.
+CORPUS = Path(os.environ.get('RAVELO_CORPUS',
+                             Path(__file__).resolve().parents[2] / 'shared' / 'corpus'))
 
 
 def make_pdb(atoms, out):

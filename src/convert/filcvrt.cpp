@@ -88,9 +88,10 @@ void CleanLine(std::string& line, OutputFile& out) {
 
 void CleanLines(Program& p, const std::string& from, bool rebuild, OutputFile& out) {
     InputFile in = p.fs.OpenInput(from);
+    std::string line;
     if (!rebuild) {
         while (!in.Eof()) {
-            std::string line = in.LineInput();
+            in.LineInput(line);
             CleanLine(line, out);
         }
         return;
@@ -98,17 +99,24 @@ void CleanLines(Program& p, const std::string& from, bool rebuild, OutputFile& o
     // The rebuilt text holds only CR LF breaks between runs of kept
     // characters, so its lines are the runs themselves: each goes straight
     // to the line cleaning.
-    std::string line;
     bool lastWasBreak = false;
     for (std::string_view chunk = in.ReadChunk(); !chunk.empty(); chunk = in.ReadChunk()) {
-        for (const char byte : chunk) {
-            const auto c = static_cast<unsigned char>(byte);
+        const char* at = chunk.data();
+        const char* const end = at + chunk.size();
+        while (at != end) {
+            // A run of printable characters is taken whole.
+            const char* run = at;
+            while (run != end && static_cast<unsigned char>(*run) - 32u <= 94u) ++run;
+            if (run != at) {
+                line.append(at, run);
+                lastWasBreak = false;
+                at = run;
+                if (at == end) break;
+            }
+            const auto c = static_cast<unsigned char>(*at++);
             if (c == '\t') {
                 // Written as a blank, and so it counts as the last character.
                 line.push_back(' ');
-                lastWasBreak = false;
-            } else if (c >= 32 && c <= 126) {
-                line.push_back(byte);
                 lastWasBreak = false;
             } else if (c <= 31 && !lastWasBreak) {
                 // Runs of control characters, empty lines among them, give
@@ -286,8 +294,10 @@ void CleanNumericLine(std::string& line) {
     // its middle. (Adding two more before each rebuild, as the rules also
     // allow, changes nothing once the line is trimmed.) Tabs become three
     // blanks on the way.
-    std::string s;
-    s.reserve(line.size() + 48);
+    // The working texts keep their storage from call to call: the routine
+    // runs once for every atom line of a file.
+    thread_local std::string s, scratch;
+    s.clear();
     if (line.find('\t') == std::string::npos) {
         s.append(line);
     } else {
@@ -328,8 +338,6 @@ void CleanNumericLine(std::string& line) {
     // A lone zero becomes 0.0000 so that it holds a point: " 0 " gives
     // "  0.0000 ", " .0 " gives "  0.0000 ", " 0.0 " gives " 0.0000  " (its
     // own last blank follows).
-    std::string scratch;
-    scratch.reserve(s.size() + 48);
     if (zero || question) {
         Widen(s, scratch, " 0 ", "  0.0000", 2);
         Widen(s, scratch, " .0 ", "  0.0000", 3);
@@ -338,7 +346,7 @@ void CleanNumericLine(std::string& line) {
 
     PadShortFractions(s, scratch);
     RemoveUncertainties(s, scratch);
-    line = Trim(s);
+    line.assign(TrimView(s));
 }
 
 void ReadCoordinates(Program& p, InputFile& in, std::string& line, double& x, double& y, double& z) {
@@ -381,7 +389,7 @@ void ReadCoordinates(Program& p, InputFile& in, std::string& line, double& x, do
 
 void GetElementSymbol(Program& p, std::string& label, std::string& symbol) {
     symbol.clear();
-    label = Trim(label);
+    TrimInPlace(label);
     std::size_t at = 0;
     while (at < label.size() && !IsLetter(static_cast<unsigned char>(label[at]))) ++at;
     if (at == label.size()) return;
@@ -423,8 +431,9 @@ void ValidateOutputFile(Program& p, const std::string& path) {
     std::int32_t lines = 0;
     {
         InputFile in = p.fs.OpenInput(path);
+        std::string line;
         while (!in.Eof()) {
-            in.LineInput();
+            in.LineInput(line);
             ++lines;
         }
     }

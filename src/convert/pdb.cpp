@@ -49,24 +49,26 @@ void ConvertFile(Program& p, const std::string& fileName,
         // Atom numbers are the file's own, not counted again; the end record
         // carries the last one plus 1.
         std::int32_t lastNumber = 0;
+        // The texts of a line keep their storage from line to line.
+        std::string read, line, rest, symbol;
         while (!in.Eof()) {
-            std::string line = Trim(in.LineInput());
-            const bool hetatm = Left(line, 6) == "HETATM";
-            if (!(hetatm || Left(line, 4) == "ATOM") || !Contains(line, ".")) continue;
+            in.LineInput(read);
+            const std::string_view trimmed = TrimView(read);
+            const bool hetatm = trimmed.starts_with("HETATM");
+            if (!(hetatm || trimmed.starts_with("ATOM")) || !Contains(trimmed, ".")) continue;
+            line.assign(trimmed);
             FilCvrt::CleanNumericLine(line);
             if (!Contains(line, ".")) break;
             // Fields are found by blanks and decimal points, not by column:
             // records whose fields run together are misread. The cleaning
             // also widens a residue number 0 to 0.0000, which then reads as a
             // coordinate. Both are kept, so that a file converts as it always has.
-            const std::string record = Trim(Mid(line, hetatm ? 7 : 5));
-            const std::size_t blank = InStr(record, " ");
-            const std::string number = blank == 0 ? record : Left(record, static_cast<long long>(blank) - 1);
-            std::string rest = Trim(Mid(record, static_cast<long long>(number.size()) + 1));
+            const std::string_view record = TrimView(MidView(line, hetatm ? 7 : 5));
+            const std::string_view number = record.substr(0, record.find(' '));
+            rest.assign(TrimView(MidView(record, static_cast<long long>(number.size()) + 1)));
             lastNumber = ToInt32(Val(number));
             double x = 0, y = 0, z = 0;
             FilCvrt::ReadCoordinates(p, in, rest, x, y, z);
-            std::string symbol;
             FilCvrt::GetElementSymbol(p, rest, symbol);
             FilCvrt::WriteAtomRecord(out, x, y, z, symbol, lastNumber);
         }
@@ -92,12 +94,12 @@ Header ScanHeader(Program& p, const std::string& fileName, const std::string& ba
     // Cut at the first "." of the whole path, a dot in a folder name included.
     Header header{baseName, TextBefore(fileName, "."), false, {}};
     InputFile in = p.fs.OpenInput(fileName);
+    std::string line;
     while (!in.Eof()) {
-        const std::string line = in.LineInput();
+        in.LineInput(line);
         if (!header.hasResolution) {
-            const std::string lower = LCase(line);
-            if (Contains(lower, "d_res_high") || Contains(lower, "d_resolution_high") ||
-                Contains(lower, "resolution range high")) {
+            if (ContainsNoCase(line, "d_res_high") || ContainsNoCase(line, "d_resolution_high") ||
+                ContainsNoCase(line, "resolution range high")) {
                 header.hasResolution = true;
                 header.resolution = ResolutionText(line);
             }

@@ -28,9 +28,11 @@ std::int32_t CountEntries(Program& p, const std::string& source, const std::stri
     InputFile in = p.fs.OpenInput(source);
     std::int32_t count = 0;
     const bool pdb = ext == ".pdb";
+    std::string line;
     while (!in.Eof()) {
-        const std::string line = Trim(UCase(in.LineInput()));
-        if (pdb ? line.compare(0, marker.size(), marker) == 0 : Contains(line, marker)) ++count;
+        in.LineInput(line);
+        const std::string_view trimmed = TrimView(line);
+        if (pdb ? StartsWithNoCase(trimmed, marker) : ContainsNoCase(trimmed, marker)) ++count;
     }
     if (pdb && count == 0) count = 1;
     return count;

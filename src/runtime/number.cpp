@@ -6,6 +6,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <system_error>
 
@@ -79,10 +80,46 @@ std::size_t ShortestAsG15(double value, char* out) {
     return length;
 }
 
+constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                   1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// The text of the most common values, coordinates and charges, without the
+// general conversion: a value of at least 1E-4 and below 1E9 that is exactly
+// the double nearest to m / 10^k for some k up to 6. The smallest such k
+// gives the shortest text that reads back as the value (decimal steps of
+// 1E-6 are wider than the gap between doubles below 1E9, so no other text
+// with as few decimals reads back as it), and that text is the "%.15G" one.
+// Written without the zero before the point. Returns 0 for other values.
+std::size_t FewDecimals(double value, char* out) {
+    const double magnitude = std::fabs(value);
+    if (!(magnitude >= 1e-4 && magnitude < 1e9)) return 0;
+    for (int k = 0; k <= 6; ++k) {
+        const double scaled = std::round(magnitude * kPowersOfTen[k]);
+        if (scaled / kPowersOfTen[k] != magnitude) continue;
+        const auto digits = static_cast<std::uint64_t>(scaled);
+        const auto unit = static_cast<std::uint64_t>(kPowersOfTen[k]);
+        char* at = out;
+        if (value < 0) *at++ = '-';
+        if (digits >= unit) at = std::to_chars(at, out + kTextMax, digits / unit).ptr;
+        if (k > 0) {
+            *at++ = '.';
+            std::uint64_t fraction = digits % unit;
+            for (int i = k; i > 0; --i) {
+                at[i - 1] = static_cast<char>('0' + fraction % 10);
+                fraction /= 10;
+            }
+            at += k;
+        }
+        return static_cast<std::size_t>(at - out);
+    }
+    return 0;
+}
+
 // Writes the standard text of a non-zero `value` without a leading blank to
 // `out` and returns its length. to_chars with 15 digits gives the text of
 // "%.15G" in the "C" locale, in lower case.
 std::size_t FormatBare(double value, char* out) {
+    if (const std::size_t fast = FewDecimals(value, out); fast != 0) return fast;
     std::size_t length = ShortestAsG15(value, out);
     if (length == 0) {
         const auto result = std::to_chars(out, out + kTextMax, value, std::chars_format::general, 15);
@@ -137,9 +174,18 @@ std::string NumText(long long value) {
 }
 
 std::string NumTextBare(double value) {
-    if (value == 0) return "0";
+    std::string out;
+    AppendNumTextBare(out, value);
+    return out;
+}
+
+void AppendNumTextBare(std::string& out, double value) {
+    if (value == 0) {
+        out.push_back('0');
+        return;
+    }
     char text[kTextMax];
-    return std::string(text, FormatBare(value, text));
+    out.append(text, FormatBare(value, text));
 }
 
 double Val(std::string_view text) {
@@ -159,9 +205,11 @@ double Val(std::string_view text) {
     std::size_t digits = 0;
     long long integerDigits = -1;  // digits before the point, once it is seen
     long long firstSignificant = -1;
+    std::uint64_t mantissa = 0;  // the digits as a whole number, while they fit
     for (; i < n; ++i) {
         if (IsDigit(text[i])) {
             if (firstSignificant < 0 && text[i] != '0') firstSignificant = static_cast<long long>(digits);
+            if (digits < 19) mantissa = mantissa * 10 + static_cast<std::uint64_t>(text[i] - '0');
             ++digits;
         } else if (text[i] == '.' && integerDigits < 0) {
             integerDigits = static_cast<long long>(digits);
@@ -191,6 +239,14 @@ double Val(std::string_view text) {
         }
     }
     if (firstSignificant < 0) return negative ? -0.0 : 0.0;
+
+    // Up to 15 digits without an exponent: the digits and the power of ten
+    // are both exact doubles, so their quotient is the correctly rounded
+    // value, as the general conversion would give.
+    if (marker == std::string_view::npos && digits <= 15) {
+        const double value = static_cast<double>(mantissa) / kPowersOfTen[digits - static_cast<std::size_t>(integerDigits)];
+        return negative ? -value : value;
+    }
 
     // from_chars knows no "D" exponent; only then is the text copied.
     std::string copy;

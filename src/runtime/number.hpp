@@ -16,6 +16,8 @@ std::string NumText(double value);
 std::string NumText(long long value);
 // The same without the blank before non-negative values (write records).
 std::string NumTextBare(double value);
+// The same text appended to `out` (no string of its own: the record writer's path).
+void AppendNumTextBare(std::string& out, double value);
 
 // The leading-number parser: skips leading blanks; optional sign; digits with
 // at most one "."; optional exponent "E" or "D" (any case) with optional sign

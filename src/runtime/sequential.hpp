@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -46,7 +47,7 @@ struct Field {
 // The text of a write record without its line end: fields joined by ",",
 // texts in double quotes (no escaping), doubles in standard number text
 // without the blank, integers as digits.
-std::string RecordText(const std::vector<Field>& fields);
+std::string RecordText(std::initializer_list<Field> fields);
 
 class InputFile {
 public:
@@ -57,6 +58,9 @@ public:
     // One line: ends at CR LF, a lone CR or a lone LF; a last line without an
     // end counts. Reading at the end raises 62.
     std::string LineInput();
+    // The same into `line`, whose storage is kept: a pass over every line of
+    // a large file reads them without an allocation per line.
+    void LineInput(std::string& line);
     // One character (a byte); at the end raises 62.
     char GetChar();
     // The bytes not yet read from the current buffer (the next buffer when it
@@ -101,7 +105,7 @@ public:
     // Text followed by CR LF.
     void PrintLine(std::string_view text = {});
     // One write record followed by CR LF.
-    void WriteRecord(const std::vector<Field>& fields);
+    void WriteRecord(std::initializer_list<Field> fields);
     // Writes the buffer to the sink and flushes it to the host.
     void Flush();
     // Writes the buffer out and releases the sink (also done by the destructor).

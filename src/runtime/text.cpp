@@ -37,11 +37,19 @@ std::string RTrim(std::string_view s) {
     return last == std::string_view::npos ? std::string() : std::string(s.substr(0, last + 1));
 }
 
-std::string Trim(std::string_view s) {
+std::string_view TrimView(std::string_view s) {
     const std::size_t first = s.find_first_not_of(kBlank);
     if (first == std::string_view::npos) return {};
     const std::size_t last = s.find_last_not_of(kBlank);
-    return std::string(s.substr(first, last - first + 1));
+    return s.substr(first, last - first + 1);
+}
+
+std::string Trim(std::string_view s) { return std::string(TrimView(s)); }
+
+void TrimInPlace(std::string& s) {
+    const std::size_t last = s.find_last_not_of(kBlank);
+    s.erase(last == std::string::npos ? 0 : last + 1);
+    s.erase(0, s.find_first_not_of(kBlank));
 }
 
 std::string UCase(std::string_view s) {
@@ -77,6 +85,30 @@ bool Contains(std::string_view s, std::string_view what) {
     return s.find(what) != std::string_view::npos;
 }
 
+bool StartsWithNoCase(std::string_view s, std::string_view what) {
+    if (what.size() > s.size()) return false;
+    for (std::size_t i = 0; i < what.size(); ++i)
+        if (ToUpper(s[i]) != ToUpper(what[i])) return false;
+    return true;
+}
+
+bool ContainsNoCase(std::string_view s, std::string_view what) {
+    if (what.empty()) return true;
+    if (what.size() > s.size()) return false;
+    // Candidates are the places of the first character in either case, each
+    // found by a library search; the nearer one is tried and searched anew.
+    const std::string_view starts = s.substr(0, s.size() - what.size() + 1);
+    const char cases[2] = {ToUpper(what[0]), ToLower(what[0])};
+    std::size_t next[2] = {starts.find(cases[0]), cases[0] == cases[1] ? std::string_view::npos : starts.find(cases[1])};
+    for (;;) {
+        const int nearer = next[1] < next[0] ? 1 : 0;
+        const std::size_t at = next[nearer];
+        if (at == std::string_view::npos) return false;
+        if (StartsWithNoCase(s.substr(at), what)) return true;
+        next[nearer] = starts.find(cases[nearer], at + 1);
+    }
+}
+
 std::string Left(std::string_view s, long long n) {
     RequireNonNegative(n);
     return std::string(s.substr(0, static_cast<std::size_t>(std::min<unsigned long long>(
@@ -90,11 +122,13 @@ std::string Right(std::string_view s, long long n) {
     return std::string(s.substr(s.size() - keep));
 }
 
-std::string Mid(std::string_view s, long long start) {
+std::string_view MidView(std::string_view s, long long start) {
     if (start < 1) Raise(kInvalidCall);
     const std::size_t at = Offset(s, start);
-    return at == std::string_view::npos ? std::string() : std::string(s.substr(at));
+    return at == std::string_view::npos ? std::string_view() : s.substr(at);
 }
+
+std::string Mid(std::string_view s, long long start) { return std::string(MidView(s, start)); }
 
 std::string Mid(std::string_view s, long long start, long long length) {
     if (start < 1) Raise(kInvalidCall);

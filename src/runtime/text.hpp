@@ -10,6 +10,8 @@
 namespace ravelo {
 
 std::string Trim(std::string_view s);   // blanks only, never tabs
+std::string_view TrimView(std::string_view s);  // the same, without a copy
+void TrimInPlace(std::string& s);               // the same, in the text's own storage
 std::string LTrim(std::string_view s);
 std::string RTrim(std::string_view s);
 std::string UCase(std::string_view s);  // A-Z / a-z only
@@ -22,6 +24,10 @@ std::size_t InStr(std::string_view s, std::string_view what, long long start = 1
 // Position of the last occurrence, 0 when not found.
 std::size_t InStrRev(std::string_view s, std::string_view what);
 bool Contains(std::string_view s, std::string_view what);
+// Contains(UCase(s), UCase(what)) and the same for a text's start, without
+// building the upper-case copies (for passes over every line of a file).
+bool ContainsNoCase(std::string_view s, std::string_view what);
+bool StartsWithNoCase(std::string_view s, std::string_view what);
 
 // The first n characters (the whole text when shorter). n < 0 raises 5.
 std::string Left(std::string_view s, long long n);
@@ -30,6 +36,7 @@ std::string Right(std::string_view s, long long n);
 // From character `start` (from 1) on; empty when start is past the end.
 // start < 1 raises 5 (as the classic Mid does).
 std::string Mid(std::string_view s, long long start);
+std::string_view MidView(std::string_view s, long long start);  // the same, without a copy
 // `length` characters from `start`; length < 0 or start < 1 raises 5.
 std::string Mid(std::string_view s, long long start, long long length);
 // The text less its last n characters; n larger than the text, or n < 0,

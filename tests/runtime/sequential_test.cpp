@@ -88,6 +88,31 @@ TEST(LineInput, LinesLongerThanTheBufferAndCrLfAcrossIt) {
     EXPECT_TRUE(f.Eof());
 }
 
+TEST(LineInput, EveryLineEndAtEveryPlaceInAWord) {
+    // Line ends are looked for eight bytes at a time: each kind of end must
+    // be found at every offset in such a step, and in the bytes after it.
+    for (const std::string end : {"\r", "\n", "\r\n"}) {
+        for (std::size_t length = 0; length < 20; ++length) {
+            const std::string a(length, 'a'), b(length + 3, 'b');
+            InputFile f(MemorySource(a + end + b + end + "c"));
+            EXPECT_EQ(AllLines(f), (Lines{a, b, "c"})) << length;
+        }
+    }
+}
+
+TEST(ReadChunk, TheRestOfTheFileInBufferSizedPieces) {
+    const std::string text = "first\r\n" + std::string(150000, 'q');
+    InputFile f(MemorySource(text));
+    EXPECT_EQ(f.LineInput(), "first");
+    std::string rest;
+    for (std::string_view chunk = f.ReadChunk(); !chunk.empty(); chunk = f.ReadChunk()) {
+        EXPECT_LE(chunk.size(), 64u * 1024);
+        rest.append(chunk);
+    }
+    EXPECT_EQ(rest, text.substr(7));
+    EXPECT_TRUE(f.Eof());
+}
+
 TEST(GetChar, OneByteEachThenPastTheEnd) {
     InputFile f(MemorySource("a\r\xff"));
     EXPECT_EQ(f.GetChar(), 'a');

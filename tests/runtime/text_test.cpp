@@ -54,6 +54,27 @@ TEST(Text, SearchesFromOneWithStartClampedBelow) {
     EXPECT_FALSE(Contains("molecule.log", ".LO"));
 }
 
+TEST(Text, SearchesWithoutCase) {
+    EXPECT_TRUE(ContainsNoCase("REMARK   2 RESOLUTION RANGE HIGH", "resolution range high"));
+    EXPECT_TRUE(ContainsNoCase("_refine.ls_D_RES_high 2.0", "d_res_high"));
+    EXPECT_TRUE(ContainsNoCase("xdd_res_high", "d_res_high"));  // a false start just before
+    EXPECT_FALSE(ContainsNoCase("d_res_hig", "d_res_high"));
+    EXPECT_TRUE(ContainsNoCase("ab", ""));
+    EXPECT_FALSE(ContainsNoCase("\xe9", "\xc9"));  // ASCII letters only, as UCase
+    EXPECT_TRUE(ContainsNoCase("a_1", "_1"));
+    EXPECT_TRUE(StartsWithNoCase("header    x", "HEADER"));
+    EXPECT_FALSE(StartsWithNoCase("HEAD", "HEADER"));
+    EXPECT_EQ(TrimView("  a b  "), "a b");
+    EXPECT_EQ(MidView("abc", 4), "");
+    EXPECT_EQ(ErrorOf([] { MidView("abc", 0); }), 5);
+    std::string s = "  x  ";
+    TrimInPlace(s);
+    EXPECT_EQ(s, "x");
+    s = "   ";
+    TrimInPlace(s);
+    EXPECT_EQ(s, "");
+}
+
 TEST(Text, PositionalCutsOfShortTextsAndNegativeLengths) {
     EXPECT_EQ(Left("abc", 5), "abc");
     EXPECT_EQ(Right("abc", 9), "abc");
