@@ -29,6 +29,17 @@ void CleanLine(std::string& line, OutputFile& out);
 // of it reaches the cleaned file; never the input itself.
 void RemoveStaleWorkFile(Program& p, const std::string& input, const std::string& work);
 
+// What one look at every character of a line finds for the number
+// cleaning: whether it is left alone ("UNK"), and which of the rare rules
+// can match. A lone zero needs a blank before "0" or ".0"; the rules before
+// it only remove characters around blanks, which cannot make one, and no
+// rule makes a "(".
+struct NumericLineRules {
+    bool unknown = false, tab = false, question = false, bracket = false;
+    bool blankBracket = false, lonePoint = false, zero = false;
+};
+NumericLineRules FindNumericLineRules(std::string_view s);
+
 // The first `pattern` in `s` from `from` on. The patterns of the number
 // cleaning start with a blank, and atom lines are full of blanks: a plain
 // loop beats a library search call per blank.
@@ -134,6 +145,33 @@ void RemoveStaleWorkFile(Program& p, const std::string& input, const std::string
     if (LCase(work) != LCase(input) && p.fs.Exists(work)) p.fs.Kill(work);
 }
 
+NumericLineRules FindNumericLineRules(std::string_view s) {
+    NumericLineRules rules;
+    const std::size_t n = s.size();
+    for (std::size_t i = 0; i < n; ++i) {
+        const char c = s[i];
+        // Most characters are letters and digits, passed over by one test.
+        if (c > ' ' && c != '?' && c != '(' && c != 'U') continue;
+        if (c == ' ' && i + 1 < n) {
+            const char next = s[i + 1];
+            const char after = i + 2 < n ? s[i + 2] : '\0';
+            rules.blankBracket = rules.blankBracket || next == '(';
+            rules.zero = rules.zero || next == '0' || (next == '.' && after == '0');
+            rules.lonePoint = rules.lonePoint || (next == '.' && after == ' ');
+        } else if (c == '?') {
+            rules.question = true;
+        } else if (c == '(') {
+            rules.bracket = true;
+        } else if (c == '\t') {
+            rules.tab = true;
+        } else if (c == 'U' && s.substr(i, 3) == "UNK") {
+            rules.unknown = true;
+            return rules;
+        }
+    }
+    return rules;
+}
+
 std::size_t FindFrom(std::string_view s, std::string_view pattern, std::size_t from) {
     if (pattern.empty() || pattern.size() > s.size()) return std::string_view::npos;
     const std::size_t last = s.size() - pattern.size();
@@ -173,20 +211,18 @@ void Widen(std::string& s, std::string& scratch, std::string_view pattern, std::
 // further point inside a number already padded sees a text of at least 5
 // characters and is left alone, so the pass continues after the number.
 void PadShortFractions(std::string& s, std::string& scratch) {
-    std::size_t dot = s.find('.');
-    if (dot == std::string::npos) return;
     scratch.clear();
     std::size_t from = 0;
-    while (dot != std::string::npos) {
-        std::size_t end = s.find(' ', dot);
-        if (end == std::string::npos) end = s.size();
-        if (end - dot <= 4) {
+    const std::size_t n = s.size();
+    for (std::size_t i = 0; i < n; ++i) {
+        if (s[i] != '.') continue;
+        std::size_t end = i + 1;
+        while (end < n && s[end] != ' ') ++end;
+        if (end - i <= 4) {
             scratch.append(s, from, end - from);
             scratch.append("0000 ");
             from = end;
-            dot = s.find('.', end);
-        } else {
-            dot = s.find('.', dot + 1);
+            i = end;  // the blank at `end`, or the end of the text
         }
     }
     if (from == 0) return;   // no fraction was short
@@ -288,49 +324,34 @@ void SplitFileName(Program& p, const std::string& path, std::string& name) {
 }
 
 void CleanNumericLine(std::string& line) {
-    if (line.find("UNK") != std::string::npos) return;
-
     // The two blanks make a number at the end of the line look like one in
     // its middle. (Adding two more before each rebuild, as the rules also
-    // allow, changes nothing once the line is trimmed.) Tabs become three
-    // blanks on the way.
-    // The working texts keep their storage from call to call: the routine
-    // runs once for every atom line of a file.
+    // allow, changes nothing once the line is trimmed.) The working texts
+    // keep their storage from call to call: the routine runs once for every
+    // atom line of a file.
     thread_local std::string s, scratch;
-    s.clear();
-    if (line.find('\t') == std::string::npos) {
-        s.append(line);
-    } else {
-        for (const char c : line) {
+    s.assign(line);
+    s.append("  ");
+    NumericLineRules rules = FindNumericLineRules(s);
+    if (rules.unknown) return;
+    if (rules.tab) {
+        // Tabs become three blanks.
+        scratch.clear();
+        for (const char c : s) {
             if (c == '\t') {
-                s.append("   ");
+                scratch.append("   ");
             } else {
-                s.push_back(c);
+                scratch.push_back(c);
             }
         }
+        s.swap(scratch);
+        rules = FindNumericLineRules(s);
     }
-    s.append("  ");
 
-    // The rare rules are looked for in one pass, and applied in their order
-    // only where they can match. A lone zero needs a blank before "0" or
-    // ".0"; the rules before it only remove characters around blanks, which
-    // cannot make one.
-    bool blankBracket = false, lonePoint = false, question = false, zero = false;
-    const std::size_t n = s.size();
-    for (std::size_t i = 0; i + 1 < n; ++i) {
-        const char c = s[i];
-        if (c == '?') {
-            question = true;
-        } else if (c == ' ') {
-            const char next = s[i + 1];
-            blankBracket = blankBracket || next == '(';
-            zero = zero || next == '0' || (next == '.' && i + 2 < n && s[i + 2] == '0');
-            lonePoint = lonePoint || (next == '.' && i + 2 < n && s[i + 2] == ' ');
-        }
-    }
-    if (blankBracket) s = Replace(s, " (", "(");
-    if (lonePoint) s = Replace(s, " . ", " ");
-    if (question) {
+    // The rare rules are applied in their order only where they can match.
+    if (rules.blankBracket) s = Replace(s, " (", "(");
+    if (rules.lonePoint) s = Replace(s, " . ", " ");
+    if (rules.question) {
         for (char& c : s)
             if (c == '?') c = ' ';
     }
@@ -338,14 +359,14 @@ void CleanNumericLine(std::string& line) {
     // A lone zero becomes 0.0000 so that it holds a point: " 0 " gives
     // "  0.0000 ", " .0 " gives "  0.0000 ", " 0.0 " gives " 0.0000  " (its
     // own last blank follows).
-    if (zero || question) {
+    if (rules.zero || rules.question) {
         Widen(s, scratch, " 0 ", "  0.0000", 2);
         Widen(s, scratch, " .0 ", "  0.0000", 3);
         Widen(s, scratch, " 0.0 ", " 0.0000 ", 4);
     }
 
     PadShortFractions(s, scratch);
-    RemoveUncertainties(s, scratch);
+    if (rules.bracket) RemoveUncertainties(s, scratch);
     line.assign(TrimView(s));
 }
 
