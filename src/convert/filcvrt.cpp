@@ -7,6 +7,7 @@
 #include <cmath>
 #include <string_view>
 
+#include "runtime/byte_scan.hpp"  // for FindUnprintable
 #include "runtime/number.hpp"   // for Val, Power, Divide, RoundHalfEven, CheckedResult
 #include "runtime/text.hpp"
 #include "startup/shared.hpp"   // for DeleteIfExists
@@ -39,6 +40,8 @@ struct NumericLineRules {
     bool blankBracket = false, lonePoint = false, zero = false;
 };
 NumericLineRules FindNumericLineRules(std::string_view s);
+// The same found character by character from `from` on.
+NumericLineRules NumericLineRulesFrom(std::string_view s, std::size_t from);
 
 // The first `pattern` in `s` from `from` on. The patterns of the number
 // cleaning start with a blank, and atom lines are full of blanks: a plain
@@ -116,8 +119,7 @@ void CleanLines(Program& p, const std::string& from, bool rebuild, OutputFile& o
         const char* const end = at + chunk.size();
         while (at != end) {
             // A run of printable characters is taken whole.
-            const char* run = at;
-            while (run != end && static_cast<unsigned char>(*run) - 32u <= 94u) ++run;
+            const char* run = FindUnprintable(at, end);
             if (run != at) {
                 line.append(at, run);
                 lastWasBreak = false;
@@ -146,11 +148,31 @@ void RemoveStaleWorkFile(Program& p, const std::string& input, const std::string
 }
 
 NumericLineRules FindNumericLineRules(std::string_view s) {
+    using namespace byte_scan;
+    // Eight characters at a time, each word beside the one a character on,
+    // so that a blank's mark meets its follower's. A line with any mark
+    // (rare in atom lines) is tested character by character from its start.
+    std::uint64_t marks = 0, letterU = 0;
+    std::size_t i = 0;
+    for (; i + 9 <= s.size(); i += 8) {
+        const std::uint64_t word = Load(s.data() + i);
+        const std::uint64_t next = Load(s.data() + i + 1);
+        marks |= ByteMarks(word, '?') | ByteMarks(word, '(') | ByteMarks(word, '\t') |
+                 (ByteMarks(word, ' ') & (ByteMarks(next, '(') | ByteMarks(next, '0') | ByteMarks(next, '.')));
+        letterU |= ByteMarks(word, 'U');
+    }
+    if (marks != 0) return NumericLineRulesFrom(s, 0);
+    NumericLineRules rules = NumericLineRulesFrom(s, i);
+    // "GLU" and "LEU" hold a "U" too: only "UNK" leaves the line alone.
+    if (letterU != 0 && s.find("UNK") != std::string_view::npos) rules.unknown = true;
+    return rules;
+}
+
+NumericLineRules NumericLineRulesFrom(std::string_view s, std::size_t from) {
     NumericLineRules rules;
     const std::size_t n = s.size();
-    for (std::size_t i = 0; i < n; ++i) {
+    for (std::size_t i = from; i < n; ++i) {
         const char c = s[i];
-        // Most characters are letters and digits, passed over by one test.
         if (c > ' ' && c != '?' && c != '(' && c != 'U') continue;
         if (c == ' ' && i + 1 < n) {
             const char next = s[i + 1];

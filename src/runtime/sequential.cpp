@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cstring>
 
+#include "runtime/byte_scan.hpp"
 #include "runtime/error.hpp"
 #include "runtime/number.hpp"
 
@@ -31,24 +32,6 @@ private:
 };
 
 bool IsLineEnd(int c) { return c == '\r' || c == '\n'; }
-
-// The first CR or LF in [at, stop), or stop. Eight bytes are tested at a
-// time (a byte equal to the sought one gives a zero byte after the xor, and
-// the borrow trick finds a zero byte): lines of some 80 characters are
-// passed over in ten steps, with no library call per line.
-const char* FindLineEnd(const char* at, const char* stop) {
-    constexpr std::uint64_t kOnes = 0x0101010101010101u;
-    constexpr std::uint64_t kHighs = 0x8080808080808080u;
-    const auto hasZeroByte = [](std::uint64_t v) { return ((v - kOnes) & ~v & kHighs) != 0; };
-    while (stop - at >= 8) {
-        std::uint64_t word;
-        std::memcpy(&word, at, sizeof word);
-        if (hasZeroByte(word ^ (kOnes * '\r')) || hasZeroByte(word ^ (kOnes * '\n'))) break;
-        at += 8;
-    }
-    while (at != stop && *at != '\r' && *at != '\n') ++at;
-    return at;
-}
 
 void AppendRecord(std::string& out, std::initializer_list<Field> fields) {
     bool first = true;
