@@ -115,6 +115,15 @@ TEST(FilCvrtNumbers, CleanNumericLine) {
         // Tabs to three blanks, then " (" -> "(", " . " -> " ", "?" -> " ".
         {"C\t1.5 (2)\t?", "C   1.5000"},
         {"a . b", "a b"},
+        // Whole atom lines: every rule's mark also late in a long line. A "U"
+        // of GLU is not UNK.
+        {"ATOM      1  CD  GLU A   1      11.104   6.134  -6.504",
+         "ATOM      1  CD  GLU A   1      11.1040000    6.1340000   -6.5040000"},
+        {"ATOM      2  CA  UNK A   1      11.104   6.134  -6.504",
+         "ATOM      2  CA  UNK A   1      11.104   6.134  -6.504"},
+        {"ATOM      3  O   HOH A   1      12.5         0  -6.50",
+         "ATOM      3  O   HOH A   1      12.50000           0.0000  -6.500000"},
+        {"ATOM      4  C   LIG A   1      1.5(2)  2.25?   3", "ATOM      4  C   LIG A   1      1.5000   2.250000     3"},
     };
     for (const auto& [in, out] : cases) {
         std::string line = in;
