@@ -13,8 +13,10 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdlib>
+#include <optional>
 #include <utility>
 
+#include "platform/folder_listings.hpp"
 #include "runtime/error.hpp"
 
 namespace ravelo::platform {
@@ -51,14 +53,6 @@ inline void CountFileOperation() {}
 
 bool HasNul(std::string_view s) { return s.find('\0') != std::string_view::npos; }
 char Lower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool EqualNoCase(std::string_view a, std::string_view b) {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        if (Lower(a[i]) != Lower(b[i])) return false;
-    }
-    return true;
-}
 
 bool HasWildcard(std::string_view name) { return name.find_first_of("*?") != std::string_view::npos; }
 
@@ -138,12 +132,38 @@ bool IsFolder(const std::string& hostPath) {
 
 int OpenOrRaise(const std::string& hostPath, int flags, mode_t mode = 0666) {
     CountFileOperation();
+    // An open that may create the file changes its folder.
+    std::optional<ListingsUpdate> update;
+    if ((flags & O_CREAT) != 0) update.emplace(std::string(), hostPath);
     int fd;
     do {
         fd = open(hostPath.c_str(), flags | O_CLOEXEC, mode);
     } while (fd < 0 && errno == EINTR);
+    if (update) update->Done(fd >= 0);
     if (fd < 0) RaiseFor(errno, hostPath);
     return fd;
+}
+
+// unlink and rename with the folder listings kept current.
+int Unlink(const std::string& hostPath) {
+    ListingsUpdate update(hostPath, std::string());
+    const int result = unlink(hostPath.c_str());
+    update.Done(result == 0);
+    return result;
+}
+
+int Rename(const std::string& from, const std::string& to) {
+    ListingsUpdate update(from, to);
+    const int result = rename(from.c_str(), to.c_str());
+    update.Done(result == 0);
+    return result;
+}
+
+int MakeFolder(const std::string& hostPath) {
+    ListingsUpdate update(std::string(), hostPath);
+    const int result = mkdir(hostPath.c_str(), 0777);
+    update.Done(result == 0);
+    return result;
 }
 
 // Writes everything, through partial writes and interruptions.
@@ -253,20 +273,6 @@ std::vector<std::string> FolderEntries(const std::string& folder, bool folders) 
     return names;
 }
 
-// The entry of `folder` that matches `name` in any case; when several do, the
-// first in byte order, so the choice does not depend on the folder's order.
-std::optional<std::string> FindNoCase(const std::string& folder, std::string_view name) {
-    std::optional<std::string> found;
-    DIR* dir = opendir(folder.c_str());
-    if (dir == nullptr) return found;
-    while (const dirent* entry = readdir(dir)) {
-        const std::string_view candidate = entry->d_name;
-        if (EqualNoCase(candidate, name) && (!found || candidate < *found)) found = std::string(candidate);
-    }
-    closedir(dir);
-    return found;
-}
-
 // A pattern split at its last separator: "C:\data\*.cif" -> "C:\data\" and
 // "*.cif"; "C:*.cif" -> "C:" and "*.cif"; "*.cif" -> "" (the current folder).
 std::pair<std::string_view, std::string_view> SplitPattern(std::string_view pattern) {
@@ -305,7 +311,9 @@ std::pair<int, std::string> CreateReplacement(const std::string& target) {
     CountFileOperation();
     for (;;) {
         std::string temp = TempNameFor(target);
+        ListingsUpdate update(std::string(), temp);
         const int fd = open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        update.Done(fd >= 0);
         if (fd >= 0) {
             if (existed) fchmod(fd, st.st_mode & 07777);   // best effort, as a copy would
             return {fd, std::move(temp)};
@@ -318,8 +326,8 @@ std::pair<int, std::string> CreateReplacement(const std::string& target) {
 // temporary file is removed when anything fails.
 void CommitReplacement(const std::string& temp, const std::string& target) {
     CountFileOperation();
-    if (rename(temp.c_str(), target.c_str()) != 0) {
-        unlink(temp.c_str());
+    if (Rename(temp, target) != 0) {
+        Unlink(temp);
         Raise(kPathFileAccess);
     }
     SyncFolder(Parent(target));
@@ -359,7 +367,7 @@ void Replacement::Abandon() noexcept {
     if (tempPath_.empty()) return;
     if (discard_) *discard_ = true;
     file_.Close();   // drops the buffered text: the sink discards it
-    unlink(tempPath_.c_str());
+    Unlink(tempPath_);
     tempPath_.clear();
 }
 
@@ -467,7 +475,7 @@ void FileSystem::Kill(std::string_view path) {
         for (const auto& each : names) {
             const std::string host = Child(hostFolder, each);
             CountFileOperation();
-            if (unlink(host.c_str()) != 0) RaiseFor(errno, host);
+            if (Unlink(host) != 0) RaiseFor(errno, host);
         }
         return;
     }
@@ -477,7 +485,7 @@ void FileSystem::Kill(std::string_view path) {
     if (lstat(host.c_str(), &st) != 0) RaiseFor(errno, host);
     if (S_ISDIR(st.st_mode)) Raise(kPathFileAccess);
     CountFileOperation();
-    if (unlink(host.c_str()) != 0) RaiseFor(errno, host);
+    if (Unlink(host) != 0) RaiseFor(errno, host);
 }
 
 void FileSystem::FileCopy(std::string_view from, std::string_view to) {
@@ -518,18 +526,18 @@ void FileSystem::Name(std::string_view from, std::string_view to) {
         if (target == source) return;
     }
     CountFileOperation();
-    if (rename(source.c_str(), target.c_str()) == 0) return;
+    if (Rename(source, target) == 0) return;
     if (errno != EXDEV || S_ISDIR(st.st_mode)) RaiseFor(errno, errno == ENOENT ? target : source);
     // A file moves to another file system as a copy and a delete, as the
     // classic Name moves a file to another drive.
     FileCopy(from, to);
-    if (unlink(source.c_str()) != 0) RaiseFor(errno, source);
+    if (Unlink(source) != 0) RaiseFor(errno, source);
 }
 
 void FileSystem::MkDir(std::string_view path) {
     const std::string host = HostPath(path);
     if (HasNul(host)) Raise(kPathFileAccess);
-    if (mkdir(host.c_str(), 0777) != 0) {
+    if (MakeFolder(host) != 0) {
         // ENOENT here is the folder above that is missing.
         Raise(errno == ENOENT || errno == ENOTDIR ? kPathNotFound : kPathFileAccess);
     }
@@ -545,7 +553,7 @@ void FileSystem::MkDirs(std::string_view path) {
         const std::string prefix = host.substr(0, end);
         next = end + 1;
         if (IsFolder(prefix)) continue;
-        if (mkdir(prefix.c_str(), 0777) != 0 && !(errno == EEXIST && IsFolder(prefix))) {
+        if (MakeFolder(prefix) != 0 && !(errno == EEXIST && IsFolder(prefix))) {
             Raise(kPathFileAccess);   // a file in the way, or no permission
         }
     }
@@ -612,7 +620,7 @@ void FileSystem::ReplaceFile(std::string_view path, std::string_view content) {
     // close() interrupted has still closed the file; its other failures are
     // write errors reported late.
     if ((close(fd) != 0 && errno != EINTR) || !written) {
-        unlink(temp.c_str());
+        Unlink(temp);
         Raise(kPathFileAccess);
     }
     CommitReplacement(temp, target);

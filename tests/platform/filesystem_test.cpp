@@ -86,6 +86,33 @@ TEST_F(FileSystemTest, NewNamesKeepTheCaseGivenUnderFoldersFoundInAnyCase) {
     EXPECT_TRUE(fs::is_directory(C() / "Data/Fresh/Deeper"));
 }
 
+TEST_F(FileSystemTest, ALargeFolderKeepsUpWithChangesByThisProgramAndOthers) {
+    // A folder large enough for its listing to be kept between lookups.
+    for (int i = 0; i < 300; ++i) Put("Lib/entry_" + std::to_string(i) + ".cif", "");
+    EXPECT_FALSE(Files().Exists("C:\\LIB\\Piece.XXS"));   // the listing is taken
+
+    // Files made, renamed and deleted by the program itself.
+    Files().OpenOutput("C:\\Lib\\Piece.xxs").Close();
+    EXPECT_EQ(Files().HostPath("C:\\LIB\\PIECE.XXS"), (C() / "Lib/Piece.xxs").string());
+    Files().Name("C:\\Lib\\Piece.xxs", "C:\\Lib\\Moved.xxs");
+    EXPECT_FALSE(Files().Exists("C:\\LIB\\PIECE.XXS"));
+    EXPECT_TRUE(Files().Exists("C:\\LIB\\MOVED.XXS"));
+    Files().ReplaceFile("C:\\Lib\\Fresh.xxs", "x");
+    EXPECT_TRUE(Files().Exists("C:\\lib\\FRESH.XXS"));
+    Files().Kill("C:\\lib\\moved.xxs");
+    EXPECT_FALSE(Files().Exists("C:\\LIB\\Moved.XXS"));
+    EXPECT_EQ(OnDisk("Lib").size(), 301u);   // no temporary file left
+
+    // A file another program makes or removes is seen too. The pause lets a
+    // host with coarse folder times give the change a time of its own.
+    usleep(20000);
+    Put("Lib/Other.cif", "");
+    EXPECT_TRUE(Files().Exists("C:\\LIB\\OTHER.CIF"));
+    usleep(20000);
+    fs::remove(C() / "Lib/Other.cif");
+    EXPECT_FALSE(Files().Exists("C:\\LIB\\OTHER.CIF"));
+}
+
 TEST_F(FileSystemTest, RelativePathsFollowTheCurrentDirectory) {
     Put("Data/Sub/m.log", "");
     Files().ChDir("c:\\data");
