@@ -348,16 +348,20 @@ void UpdateDatabase(Program& p, ui::Form& window) {
             return;
         }
 
-        OutputFile out = p.fs.OpenAppend(subfile);
-        while (!in.Eof() && added != count && added != room) {
-            ++added;
-            LogRecord record;
-            for (std::string& line : record) line = in.LineInput();
-            // The modeller's scratch structure is never kept in the database,
-            // but its record is marked like the others.
-            if (Contains(record[0], "temp.sxs")) continue;
-            WriteFieldValues(out, map, record, SplitDescription(record[1], fieldWidth));
-        }
+        // The subfile grows as a whole: a kill leaves it as it was or with
+        // every record of this transfer.
+        platform::Replacement extension = p.fs.OpenExtension(subfile);
+        platform::WriteAndCommit(extension, [&](OutputFile& out) {
+            while (!in.Eof() && added != count && added != room) {
+                ++added;
+                LogRecord record;
+                for (std::string& line : record) line = in.LineInput();
+                // The modeller's scratch structure is never kept in the
+                // database, but its record is marked like the others.
+                if (Contains(record[0], "temp.sxs")) continue;
+                WriteFieldValues(out, map, record, SplitDescription(record[1], fieldWidth));
+            }
+        });
     }
     SetCaption(window, "Label5", std::to_string(added) + " records were added to " + subfile);
     p.ui.Refresh(window);

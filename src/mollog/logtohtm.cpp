@@ -132,55 +132,61 @@ std::string LinkText(std::string_view pathLine) {
 
 void CopyLogToHtml(Program& p, std::string_view mode, RecordBuffer& record) {
     InputFile log = OpenPositioned(p, LogPath(p), mode);
-    OutputFile htm = p.fs.OpenAppend(HtmlPath(p));
-    while (!log.Eof()) {
-        // No end-of-file test inside a record: a log that ends in a partial
-        // record or a blank line runs past its end (error 62), and the
-        // records appended before stay in the index.
-        std::string pathLine;
-        do {
-            pathLine = log.LineInput();
-        } while (!IsPathLine(pathLine));
-        for (std::size_t k = 1; k <= 4; ++k) record[k] = Replace(log.LineInput(), "\"", "") + "<br>";
-        // The four "<br>" tags alone make every record long enough to be
-        // kept, so no record of the log is ever left out here.
-        // The path line keeps its own double quotes, which quote the href.
-        htm.PrintLine("<a href=" + pathLine + ">" + LinkText(pathLine) + "</a><br>");
-        for (std::size_t k = 1; k <= 4; ++k) htm.PrintLine(record[k]);
-        htm.PrintLine("<hr size=1>");
-    }
+    // The index grows as a whole: a kill leaves it as it was or with every
+    // record of this run.
+    platform::Replacement index = p.fs.OpenExtension(HtmlPath(p));
+    platform::WriteAndCommit(index, [&](OutputFile& htm) {
+        while (!log.Eof()) {
+            // No end-of-file test inside a record: a log that ends in a partial
+            // record or a blank line runs past its end (error 62), and the
+            // records appended before stay in the index.
+            std::string pathLine;
+            do {
+                pathLine = log.LineInput();
+            } while (!IsPathLine(pathLine));
+            for (std::size_t k = 1; k <= 4; ++k) record[k] = Replace(log.LineInput(), "\"", "") + "<br>";
+            // The four "<br>" tags alone make every record long enough to be
+            // kept, so no record of the log is ever left out here.
+            // The path line keeps its own double quotes, which quote the href.
+            htm.PrintLine("<a href=" + pathLine + ">" + LinkText(pathLine) + "</a><br>");
+            for (std::size_t k = 1; k <= 4; ++k) htm.PrintLine(record[k]);
+            htm.PrintLine("<hr size=1>");
+        }
+    });
 }
 
 void CopyHtmlToLog(Program& p, std::string_view mode, RecordBuffer& record) {
     InputFile htm = OpenPositioned(p, HtmlPath(p), mode);
-    OutputFile text = p.fs.OpenAppend(TextLogPath(p));
-    if (mode == "new") {
-        for (const char* heading :
-             {"File path/Name", "Molecule Description", "Molecular Formula", "Molecular Energy", "Date*"}) {
-            text.WriteRecord({Field::Text(heading)});
+    platform::Replacement textLog = p.fs.OpenExtension(TextLogPath(p));
+    platform::WriteAndCommit(textLog, [&](OutputFile& text) {
+        if (mode == "new") {
+            for (const char* heading :
+                 {"File path/Name", "Molecule Description", "Molecular Formula", "Molecular Energy", "Date*"}) {
+                text.WriteRecord({Field::Text(heading)});
+            }
         }
-    }
-    while (!htm.Eof()) {
-        do {
-            record[1] = htm.LineInput();
-        } while (!IsPathLine(record[1]) && !htm.Eof());
-        // Elements not reached before the end keep what they held.
-        for (std::size_t k = 2; k <= 6 && !htm.Eof(); ++k) record[k] = htm.LineInput();
+        while (!htm.Eof()) {
+            do {
+                record[1] = htm.LineInput();
+            } while (!IsPathLine(record[1]) && !htm.Eof());
+            // Elements not reached before the end keep what they held.
+            for (std::size_t k = 2; k <= 6 && !htm.Eof(); ++k) record[k] = htm.LineInput();
 
-        // The link target between the first two double quotes of the
-        // "<a href=" line; a line without them ends in error 5.
-        record[1] = TextBefore(TextAfter(record[1], "\""), "\"");
-        std::string running;
-        for (std::size_t k = 1; k <= 5; ++k) {
-            record[k] = Replace(Replace(record[k], "\"", ""), "<br>", "");
-            running += record[k];
+            // The link target between the first two double quotes of the
+            // "<a href=" line; a line without them ends in error 5.
+            record[1] = TextBefore(TextAfter(record[1], "\""), "\"");
+            std::string running;
+            for (std::size_t k = 1; k <= 5; ++k) {
+                record[k] = Replace(Replace(record[k], "\"", ""), "<br>", "");
+                running += record[k];
+            }
+            if (running.size() < 11) continue;
+            for (std::size_t k = 1; k <= 4; ++k) text.WriteRecord({Field::Text(record[k])});
+            // The date goes out bare, as the modeller writes it; element 6 (the
+            // "<hr size=1>" rule) is dropped.
+            text.PrintLine(record[5]);
         }
-        if (running.size() < 11) continue;
-        for (std::size_t k = 1; k <= 4; ++k) text.WriteRecord({Field::Text(record[k])});
-        // The date goes out bare, as the modeller writes it; element 6 (the
-        // "<hr size=1>" rule) is dropped.
-        text.PrintLine(record[5]);
-    }
+    });
 }
 
 }  // namespace ravelo::LogToHtm

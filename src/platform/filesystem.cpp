@@ -626,6 +626,18 @@ void FileSystem::ReplaceFile(std::string_view path, std::string_view content) {
     CommitReplacement(temp, target);
 }
 
+Replacement FileSystem::OpenExtension(std::string_view path) {
+    Replacement extension = OpenReplacement(path);
+    const std::string host = HostPath(path);
+    if (struct stat st {}; lstat(host.c_str(), &st) != 0) return extension;   // a new file
+    FdSource reader(OpenOrRaise(host, O_RDONLY));   // closes the file
+    if (reader.IsFolder()) Raise(kPathFileAccess);
+    std::vector<char> buffer(kCopyChunk);
+    while (const std::size_t got = reader.Read(buffer.data(), buffer.size()))
+        extension.File().Print(std::string_view(buffer.data(), got));
+    return extension;
+}
+
 Replacement FileSystem::OpenReplacement(std::string_view path) {
     const std::string target = HostPath(path);
     auto [fd, temp] = CreateReplacement(target);

@@ -46,6 +46,20 @@ private:
     std::string targetPath_;
 };
 
+// Runs `write` on the replacement's file, then commits it, also when `write`
+// ends in an error (which is then passed on): as with a file appended to in
+// place, what was written before the error stays.
+template <typename Write>
+void WriteAndCommit(Replacement& replacement, Write&& write) {
+    try {
+        write(replacement.File());
+    } catch (...) {
+        replacement.Commit();
+        throw;
+    }
+    replacement.Commit();
+}
+
 class FileSystem {
 public:
     explicit FileSystem(DriveMap drives);
@@ -96,6 +110,10 @@ public:
     void ReplaceFile(std::string_view path, std::string_view content);
     // The same in steps: write through the result's File(), then Commit().
     Replacement OpenReplacement(std::string_view path);
+    // An append that a kill cannot leave half done: the result's File()
+    // already holds the file's content (none when it is missing), what is
+    // written goes after it, and Commit() puts the whole in place.
+    Replacement OpenExtension(std::string_view path);
 
 private:
     bool OnMappedDrive(std::string_view path) const;

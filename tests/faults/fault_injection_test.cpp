@@ -146,6 +146,11 @@ TEST(FaultInjection, DatabaseTransferNeverLosesTheLogOrTheSubfile) {
     const std::string subfileBefore = ReadHostFile(data / "before" / "dmor" / "molecule.001");
     const std::string subfileAfter = ReadHostFile(data / "after" / "dmor" / "molecule.001");
     ASSERT_NE(logBefore, logAfter);   // the run marks the log
+    // The records are added to the subfile as a whole, then its header is
+    // replaced (the record count keeps its length here): between the two the
+    // subfile is the old one with every new record after it.
+    ASSERT_EQ(subfileBefore.find('\n'), subfileAfter.find('\n'));
+    const std::string subfileMiddle = subfileBefore + subfileAfter.substr(subfileBefore.size());
 
     const int operations = RunForEveryN(
         job,
@@ -155,12 +160,39 @@ TEST(FaultInjection, DatabaseTransferNeverLosesTheLogOrTheSubfile) {
         [&](const fs::path& driveC) {
             const std::string log = ReadHostFile(driveC / "ravelo" / "molecule.log");
             EXPECT_TRUE(log == logBefore || log == logAfter) << "the molecule log is neither before nor after";
-            // The new records are appended to the subfile before its header
-            // is replaced: an end in between leaves the old subfile with
-            // records after it, never less than the old subfile.
             const std::string subfile = ReadHostFile(driveC / "dmor" / "molecule.001");
-            EXPECT_TRUE(subfile == subfileAfter || subfile.rfind(subfileBefore, 0) == 0)
-                << "subfile 001 lost what it held";
+            EXPECT_TRUE(subfile == subfileBefore || subfile == subfileMiddle || subfile == subfileAfter)
+                << "subfile 001 holds a part of a change";
+        });
+    if (operations == 0) GTEST_SKIP() << "this build does not honour RAVELO_FAULT_AFTER";
+    EXPECT_GT(operations, 3);
+}
+
+TEST(FaultInjection, CopyingTheLogToTheIndexAddsAllItsRecordsOrNone) {
+    const fs::path data = fs::path(RAVELO_TEST_DATA) / "logtohtm";
+    const Job job{{"logtohtm"}, {{"RAVELO_UI", "script"}}, ReadHostFile(data / "script.txt")};
+    const std::string log = ReadHostFile(data / "before" / "ravelo" / "molecule.log");
+    const std::string indexAfter = Dated(ReadHostFile(data / "after" / "ravelo" / "molecule.htm"));
+    const std::string textAfter = ReadHostFile(data / "after" / "ravelo" / "molecule.txt");
+
+    const int operations = RunForEveryN(
+        job,
+        [&](const fs::path& driveC) {
+            fs::copy(data / "before", driveC, fs::copy_options::recursive | fs::copy_options::overwrite_existing);
+        },
+        [&](const fs::path& driveC) {
+            const fs::path folder = driveC / "ravelo";
+            EXPECT_EQ(ReadHostFile(folder / "molecule.log"), log);
+            // The index: none yet, its header alone, or the header and every record.
+            if (fs::exists(folder / "molecule.htm")) {
+                const std::string index = ReadHostFile(folder / "molecule.htm");
+                const bool headerOnly =
+                    indexAfter.starts_with(index) && indexAfter.compare(index.size(), 8, "<a href=") == 0;
+                EXPECT_TRUE(index == indexAfter || headerOnly) << "the index holds a part of a record";
+            }
+            if (fs::exists(folder / "molecule.txt")) {
+                EXPECT_EQ(ReadHostFile(folder / "molecule.txt"), textAfter);
+            }
         });
     if (operations == 0) GTEST_SKIP() << "this build does not honour RAVELO_FAULT_AFTER";
     EXPECT_GT(operations, 3);

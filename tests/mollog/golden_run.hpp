@@ -7,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <map>
 #include <sstream>
@@ -15,7 +14,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/host.hpp"
 #include "startup/program.hpp"
 #include "support/test_program.hpp"
 
@@ -38,15 +36,9 @@ inline void ExpectGoldenRun(const std::string& runName) {
     WriteHostFile(driveC / "ravelo/Kalmodyn.Exe", "stand-in for the modeller executable\r\n");
     for (const auto& [file, bytes] : FilesUnder(run / "before")) WriteHostFile(driveC / file, bytes);
 
-    const platform::Date today = platform::SystemClock().Today();
-    char todayText[16];
-    std::snprintf(todayText, sizeof todayText, "%02d-%02d-%04d", today.month, today.day, today.year);
     auto expected = [&](std::string text) {
-        for (const auto& [mark, value] :
-             {std::pair<std::string, std::string>{"@TODAY@", todayText}, {"@VERSIONLINE@", VersionLine()}})
-            for (std::size_t at; (at = text.find(mark)) != std::string::npos;)
-                text.replace(at, mark.size(), value);
-        return text;
+        for (std::size_t at; (at = text.find("@VERSIONLINE@")) != std::string::npos;) text.replace(at, 13, VersionLine());
+        return Dated(std::move(text));
     };
 
     // "RAVELO_UI=script ... raveloutils updtmol now   (script on ...)": the words after "raveloutils".

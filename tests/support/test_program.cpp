@@ -11,6 +11,7 @@
 #include <stdexcept>
 
 #include "features/features.hpp"
+#include "platform/host.hpp"
 #include "startup/run.hpp"
 #include "ui/script_host.hpp"
 
@@ -84,6 +85,18 @@ int TestProgram::Run(const std::string& commandLine, const std::string& window) 
 std::string TestProgram::Output() {
     std::fflush(out_);
     return std::string(outBuffer_, outSize_);
+}
+
+std::string TodayText() {
+    const platform::Date today = platform::SystemClock().Today();
+    char text[16];
+    std::snprintf(text, sizeof text, "%02d-%02d-%04d", today.month, today.day, today.year);
+    return text;
+}
+
+std::string Dated(std::string text) {
+    for (std::size_t at; (at = text.find("@TODAY@")) != std::string::npos;) text.replace(at, 7, TodayText());
+    return text;
 }
 
 std::string ReadHostFile(const std::filesystem::path& path) {

@@ -88,4 +88,10 @@ ProcessResult RunBinary(const std::vector<std::string>& args, const std::map<std
 std::string ReadHostFile(const std::filesystem::path& path);
 void WriteHostFile(const std::filesystem::path& path, const std::string& bytes);
 
+// Today's date as the program writes it in the molecule log and its index
+// (MM-DD-YYYY), for recorded files that hold @TODAY@.
+std::string TodayText();
+// `text` with every @TODAY@ replaced by TodayText().
+std::string Dated(std::string text);
+
 }  // namespace ravelo::test
