@@ -96,12 +96,25 @@ case "$mode" in
     for pid in "${pids[@]}"; do wait "$pid" || failed=1; done
     [ "$failed" -eq 0 ] || { echo "a fuzz target failed (inputs in $build/crashes/)"; exit 1; } ;;
   long)
+    # One target after another, each for SECS seconds; a failing target does
+    # not stop the others, and all failures are listed at the end.
     secs="${2:-300}"
+    failures=()
     for t in "${targets[@]}"; do
       echo "== $t (${secs}s)"
-      run_one "$t" -max_total_time="$secs" 2>&1 | tail -n 3
-      [ "${PIPESTATUS[0]}" -eq 0 ] || { echo "fuzz target $t failed"; exit 1; }
-    done ;;
+      set +e
+      run_one "$t" -max_total_time="$secs" -print_final_stats=1 >"$build/long-$t.log" 2>&1
+      status=$?
+      set -e
+      grep -E '^Done [0-9]+ runs|stat::number_of_executed_units|stat::peak_rss_mb' "$build/long-$t.log" || true
+      echo "   corpus: $(find "$build/corpus/$t" -type f | wc -l) inputs"
+      if [ "$status" -ne 0 ]; then
+        failures+=("$t")
+        grep -E 'ERROR|SUMMARY|Test unit written' "$build/long-$t.log" | head -n 5
+      fi
+    done
+    if [ ${#failures[@]} -gt 0 ]; then echo "failed: ${failures[*]} (inputs in $build/crashes/)"; exit 1; fi
+    echo "no crash, leak, undefined behaviour or hang in ${#targets[@]} targets" ;;
   run)
     t="${2:?target name}"; shift 2
     run_one "$t" "$@" ;;

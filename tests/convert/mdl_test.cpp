@@ -138,46 +138,5 @@ TEST(MdlReader, BadInputConvertsOrEndsInAReadingErrorAndKeepsTheInput) {
     }
 }
 
-using Record = test::SxsRecord;
-constexpr auto Parse = test::ParseSxsRecord;
-
-// The first structure of a real SD file against its own atom block: the
-// count from the counts line (line 4), the atoms from the fixed columns
-// that follow it (x, y, z of 10 characters each, the symbol from column 32).
-void ExpectFirstStructure(const std::string& file, const std::string& title) {
-    const std::string input = test::ReadHostFile(std::string(RAVELO_TEST_DATA) + "/corpus/" + file);
-    std::vector<std::string> lines;
-    std::istringstream in(input);
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-    const int count = std::stoi(lines[3].substr(0, 3));
-
-    TestProgram t;
-    std::istringstream sxs(
-        Convert(t, input, "C:\\d\\" + file, "C:\\d\\" + file.substr(0, file.find('.')) + ".sxs"));
-    std::vector<std::string> records;
-    for (std::string r; std::getline(sxs, r);) records.push_back(r);
-    ASSERT_EQ(records.size(), static_cast<std::size_t>(count) + 1) << file;
-    EXPECT_EQ(records.back(), "0,0,0,\"" + title + "\"," + std::to_string(count + 2) + "\r");
-
-    for (const int i : {1, count}) {
-        const std::string& line = lines[3 + i];
-        const Record r = Parse(records[i - 1]);
-        EXPECT_EQ(r.x, std::stod(line.substr(0, 10))) << line;
-        EXPECT_EQ(r.y, std::stod(line.substr(10, 10))) << line;
-        EXPECT_EQ(r.z, std::stod(line.substr(20, 10))) << line;
-        std::string symbol = line.substr(31, 3);
-        symbol.erase(symbol.find_last_not_of(' ') + 1);
-        EXPECT_EQ(r.symbol, symbol) << line;
-        EXPECT_EQ(r.number, i);
-    }
-}
-
-// kinases.sdf: 3D structures one after another; only the first is read.
-TEST(MdlReaderProblemFiles, KinasesSdf) { ExpectFirstStructure("kinases.sdf", "1474853"); }
-
-// nci_aids_few.sdf: a numeric title line and a program line whose fields
-// start with letters, so the counts line is still line 4.
-TEST(MdlReaderProblemFiles, NciAidsFewSdf) { ExpectFirstStructure("nci_aids_few.sdf", "48"); }
-
 }  // namespace
 }  // namespace ravelo

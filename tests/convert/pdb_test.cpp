@@ -207,54 +207,5 @@ TEST(PdbReader, BadInputConvertsOrEndsInAnOverflowAndKeepsTheInput) {
     }
 }
 
-using Record = test::SxsRecord;
-constexpr auto Parse = test::ParseSxsRecord;
-
-// A real entry against its own ATOM and HETATM records, read by column: the
-// number of atoms, the first and the last atom (number in columns 7-11,
-// coordinates in 31-38, 39-46, 47-54), the closing number and the
-// resolution of the first "RESOLUTION RANGE HIGH" line, after its colon.
-void ExpectEntry(const std::string& name) {
-    const std::string input = test::ReadHostFile(std::string(RAVELO_TEST_DATA) + "/corpus/" + name + ".pdb");
-    std::vector<std::string> atoms;
-    std::string resolution;
-    for (const std::string& line : Lines(input)) {
-        if (line.rfind("ATOM", 0) == 0 || line.rfind("HETATM", 0) == 0) atoms.push_back(line);
-        if (resolution.empty() && line.find("RESOLUTION RANGE HIGH") != std::string::npos) {
-            resolution = line.substr(line.find(':') + 1);
-            resolution = resolution.substr(resolution.find_first_not_of(' '));
-            resolution.erase(resolution.find_last_not_of(' ') + 1);
-        }
-    }
-    ASSERT_FALSE(atoms.empty());
-
-    TestProgram t;
-    Convert(t, "C:\\d\\" + name + ".pdb", input);
-    const auto records = Lines(t.Read("C:\\d\\" + name + ".xxs"));
-    ASSERT_EQ(records.size(), atoms.size() + 1 + (resolution.empty() ? 0 : 1)) << name;
-
-    auto expectAtom = [](const std::string& record, const std::string& atom) {
-        const Record r = Parse(record);
-        EXPECT_EQ(r.x, std::stod(atom.substr(30, 8))) << atom;
-        EXPECT_EQ(r.y, std::stod(atom.substr(38, 8))) << atom;
-        EXPECT_EQ(r.z, std::stod(atom.substr(46, 8))) << atom;
-        EXPECT_EQ(r.number, std::stoi(atom.substr(6, 5))) << atom;
-    };
-    expectAtom(records.front(), atoms.front());
-    expectAtom(records[atoms.size() - 1], atoms.back());
-    EXPECT_EQ(records[atoms.size()],
-              "0,0,0,\"" + name + ".pdb\"," + std::to_string(std::stoi(atoms.back().substr(6, 5)) + 1));
-    if (!resolution.empty()) {
-        EXPECT_EQ(records.back(), "Resolution_High = " + resolution);
-    }
-}
-
-// 4hhb.pdb: a large X-ray entry with HETATM heme groups and a resolution.
-TEST(PdbReaderProblemFiles, Hemoglobin4hhb) { ExpectEntry("4hhb"); }
-
-// 1lcd.pdb: NMR models whose atom numbers start again in each model, no
-// HEADER line and no resolution.
-TEST(PdbReaderProblemFiles, NmrModels1lcd) { ExpectEntry("1lcd"); }
-
 }  // namespace
 }  // namespace ravelo

@@ -155,37 +155,5 @@ TEST(XyzReader, BadInputConvertsOrEndsInAReadingErrorAndKeepsTheInput) {
     }
 }
 
-using Record = test::SxsRecord;
-constexpr auto Parse = test::ParseSxsRecord;
-
-// spaces.xyz: irregular spacing, a comment without "." and empty lines at
-// the end. The count line promises 64 atoms; they are the 64 lines after the
-// comment, each a label and X, Y, Z.
-TEST(XyzReaderProblemFiles, SpacesXyz) {
-    const std::string input = test::ReadHostFile(std::string(RAVELO_TEST_DATA) + "/corpus/spaces.xyz");
-    std::vector<std::string> lines;
-    std::istringstream in(input);
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-    const int count = std::stoi(lines[0]);
-    ASSERT_EQ(count, 64);
-
-    TestProgram t;
-    std::istringstream sxs(Convert(t, input, "C:\\d\\spaces.xyz", "C:\\d\\spaces.sxs"));
-    std::vector<std::string> records;
-    for (std::string r; std::getline(sxs, r);) records.push_back(r.substr(0, r.size() - 1));  // less CR
-    ASSERT_EQ(records.size(), static_cast<std::size_t>(count) + 1);
-    EXPECT_EQ(records.back(), "0,0,0,\"spaces\"," + std::to_string(count + 1));
-    for (const int serial : {1, count}) {
-        const Record r = Parse(records[serial - 1]);
-        Record want;
-        std::istringstream(lines[1 + serial]) >> want.symbol >> want.x >> want.y >> want.z;
-        EXPECT_EQ(r.x, want.x);
-        EXPECT_EQ(r.y, want.y);
-        EXPECT_EQ(r.z, want.z);
-        EXPECT_EQ(r.symbol, want.symbol);
-        EXPECT_EQ(r.number, serial);
-    }
-}
-
 }  // namespace
 }  // namespace ravelo
