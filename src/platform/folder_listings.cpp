@@ -3,12 +3,10 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <map>
-#include <optional>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <unordered_map>
 
@@ -48,10 +46,9 @@ std::pair<std::string, std::string> Split(const std::string& hostPath) {
 
 struct Listing {
     std::string stamp;
-    // Folded name -> the names of that fold, in byte order.
+    // Lower-case name -> the entries with that name in any case, in byte order.
     std::unordered_map<std::string, std::set<std::string>> names;
-
-    std::size_t count = 0;
+    std::size_t count = 0;   // entries
 
     std::optional<std::string> Find(std::string_view name) const {
         const auto it = names.find(Folded(name));
