@@ -1,5 +1,6 @@
 // What the fuzz targets share: a private drive C with the installation that
-// start-up looks for, a TEMP folder, and a headless program of this build.
+// start-up looks for (and the atom-type table of the demo installation), a
+// TEMP folder, and a headless program of this build.
 #pragma once
 
 #include <cstdlib>
@@ -27,6 +28,9 @@ inline const std::filesystem::path& Root() {
         std::ofstream(made / "drive_c" / "programdata" / "ravelo" / "ravelodrive.dat", std::ios::binary)
             << "\"Kalmodyn\",\"2026\",\"C:\"\r\n";
         std::ofstream(made / "drive_c" / "ravelo" / "Kalmodyn.Exe", std::ios::binary) << "stand-in\r\n";
+        // Force-field inputs are read through the atom-type table.
+        std::filesystem::copy_file(std::filesystem::path(RAVELO_DEMO_RAVELO) / "mmatoms.dat",
+                                   made / "drive_c" / "ravelo" / "mmatoms.dat");
         setenv("RAVELO_DRIVE_C", (made / "drive_c").c_str(), 1);
         setenv("TEMP", (made / "temp").c_str(), 1);
         setenv("RAVELO_UI", "headless", 1);
