@@ -157,8 +157,10 @@ NumericLineRules FindNumericLineRules(std::string_view s) {
     for (; i + 9 <= s.size(); i += 8) {
         const std::uint64_t word = Load(s.data() + i);
         const std::uint64_t next = Load(s.data() + i + 1);
+        // The characters that matter after a blank.
+        const std::uint64_t followers = ByteMarks(next, '(') | ByteMarks(next, '0') | ByteMarks(next, '.');
         marks |= ByteMarks(word, '?') | ByteMarks(word, '(') | ByteMarks(word, '\t') |
-                 (ByteMarks(word, ' ') & (ByteMarks(next, '(') | ByteMarks(next, '0') | ByteMarks(next, '.')));
+                 (ByteMarks(word, ' ') & followers);
         letterU |= ByteMarks(word, 'U');
     }
     if (marks != 0) return NumericLineRulesFrom(s, 0);

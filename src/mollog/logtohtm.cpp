@@ -160,8 +160,8 @@ void CopyHtmlToLog(Program& p, std::string_view mode, RecordBuffer& record) {
     platform::Replacement textLog = p.fs.OpenExtension(TextLogPath(p));
     platform::WriteAndCommit(textLog, [&](OutputFile& text) {
         if (mode == "new") {
-            for (const char* heading :
-                 {"File path/Name", "Molecule Description", "Molecular Formula", "Molecular Energy", "Date*"}) {
+            for (const char* heading : {"File path/Name", "Molecule Description", "Molecular Formula",
+                                        "Molecular Energy", "Date*"}) {
                 text.WriteRecord({Field::Text(heading)});
             }
         }

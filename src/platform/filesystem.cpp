@@ -17,6 +17,7 @@
 #include <utility>
 
 #include "platform/folder_listings.hpp"
+#include "platform/host_path.hpp"
 #include "runtime/error.hpp"
 
 namespace ravelo::platform {
@@ -87,24 +88,6 @@ bool MatchName(std::string_view pattern, std::string_view name) {
         return MatchWildcard(pattern.substr(0, pattern.size() - 2), name);
     }
     return false;
-}
-
-std::string Parent(const std::string& hostPath) {
-    const auto slash = hostPath.rfind('/');
-    if (slash == std::string::npos || slash == 0) return "/";
-    return hostPath.substr(0, slash);
-}
-
-std::string BaseName(const std::string& hostPath) {
-    const auto slash = hostPath.rfind('/');
-    return slash == std::string::npos ? hostPath : hostPath.substr(slash + 1);
-}
-
-std::string Child(const std::string& folder, std::string_view name) {
-    std::string out = folder == "/" ? std::string() : folder;
-    out += '/';
-    out += name;
-    return out;
 }
 
 bool StatOf(const std::string& hostPath, struct stat& st) {
@@ -283,6 +266,13 @@ std::pair<std::string_view, std::string_view> SplitPattern(std::string_view patt
     }
     if (cut == std::string_view::npos) return {std::string_view(), pattern};
     return {pattern.substr(0, cut + 1), pattern.substr(cut + 1)};
+}
+
+// Everything `reader` has left, written to `out` in large pieces.
+void CopyAll(FdSource& reader, OutputFile& out) {
+    std::vector<char> buffer(kCopyChunk);
+    while (const std::size_t got = reader.Read(buffer.data(), buffer.size()))
+        out.Print(std::string_view(buffer.data(), got));
 }
 
 // A fresh name beside the target for its replacement. Hidden (leading ".")
@@ -504,10 +494,8 @@ void FileSystem::FileCopy(std::string_view from, std::string_view to) {
     }
     // The copy appears whole or not at all: it is written beside the target
     // and renamed over it, so an interrupted copy never leaves a part.
-    Replacement copy = OpenReplacement(to);
-    std::vector<char> buffer(kCopyChunk);
-    while (const std::size_t got = reader.Read(buffer.data(), buffer.size()))
-        copy.File().Print(std::string_view(buffer.data(), got));
+    Replacement copy = ReplacementFor(target);
+    CopyAll(reader, copy.File());
     copy.Commit();
 }
 
@@ -627,19 +615,18 @@ void FileSystem::ReplaceFile(std::string_view path, std::string_view content) {
 }
 
 Replacement FileSystem::OpenExtension(std::string_view path) {
-    Replacement extension = OpenReplacement(path);
     const std::string host = HostPath(path);
-    if (struct stat st {}; lstat(host.c_str(), &st) != 0) return extension;   // a new file
-    FdSource reader(OpenOrRaise(host, O_RDONLY));   // closes the file
+    Replacement extension = ReplacementFor(host);
+    if (struct stat st {}; lstat(host.c_str(), &st) != 0) return extension;  // a new file
+    FdSource reader(OpenOrRaise(host, O_RDONLY));                             // closes the file
     if (reader.IsFolder()) Raise(kPathFileAccess);
-    std::vector<char> buffer(kCopyChunk);
-    while (const std::size_t got = reader.Read(buffer.data(), buffer.size()))
-        extension.File().Print(std::string_view(buffer.data(), got));
+    CopyAll(reader, extension.File());
     return extension;
 }
 
-Replacement FileSystem::OpenReplacement(std::string_view path) {
-    const std::string target = HostPath(path);
+Replacement FileSystem::OpenReplacement(std::string_view path) { return ReplacementFor(HostPath(path)); }
+
+Replacement FileSystem::ReplacementFor(const std::string& target) {
     auto [fd, temp] = CreateReplacement(target);
     auto discard = std::make_shared<bool>(false);
     OutputFile file(std::make_unique<FdSink>(fd, discard));

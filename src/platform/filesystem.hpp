@@ -117,6 +117,8 @@ public:
 
 private:
     bool OnMappedDrive(std::string_view path) const;
+    // The replacement of the host file `target`.
+    static Replacement ReplacementFor(const std::string& target);
 
     DriveMap drives_;
     std::string currentDir_;

@@ -10,6 +10,8 @@
 #include <set>
 #include <unordered_map>
 
+#include "platform/host_path.hpp"
+
 namespace ravelo::platform {
 namespace {
 
@@ -32,23 +34,22 @@ std::string Folded(std::string_view name) {
 // whole; empty when the folder cannot be looked at.
 std::string StampOf(const std::string& folder) {
     struct stat st {};
-    if (folder.find('\0') != std::string::npos || stat(folder.c_str(), &st) != 0 || !S_ISDIR(st.st_mode)) return {};
-    const long long fields[] = {static_cast<long long>(st.st_dev),  static_cast<long long>(st.st_ino),
-                                st.st_mtim.tv_sec, st.st_mtim.tv_nsec, st.st_ctim.tv_sec, st.st_ctim.tv_nsec};
+    if (folder.find('\0') != std::string::npos || stat(folder.c_str(), &st) != 0 || !S_ISDIR(st.st_mode))
+        return {};
+    const long long fields[] = {static_cast<long long>(st.st_dev),
+                                static_cast<long long>(st.st_ino),
+                                st.st_mtim.tv_sec,
+                                st.st_mtim.tv_nsec,
+                                st.st_ctim.tv_sec,
+                                st.st_ctim.tv_nsec};
     return std::string(reinterpret_cast<const char*>(fields), sizeof fields);
-}
-
-std::pair<std::string, std::string> Split(const std::string& hostPath) {
-    const auto slash = hostPath.rfind('/');
-    if (slash == std::string::npos) return {".", hostPath};
-    return {slash == 0 ? "/" : hostPath.substr(0, slash), hostPath.substr(slash + 1)};
 }
 
 struct Listing {
     std::string stamp;
     // Lower-case name -> the entries with that name in any case, in byte order.
     std::unordered_map<std::string, std::set<std::string>> names;
-    std::size_t count = 0;   // entries
+    std::size_t count = 0;  // entries
 
     std::optional<std::string> Find(std::string_view name) const {
         const auto it = names.find(Folded(name));
@@ -152,23 +153,25 @@ std::optional<std::string> FindNoCase(const std::string& folder, std::string_vie
 ListingsUpdate::ListingsUpdate(std::string removed, std::string added)
     : removed_(std::move(removed)), added_(std::move(added)) {
     const int saved = errno;
-    if (!removed_.empty()) removedBefore_ = TheListings().StampIfListed(Split(removed_).first);
-    if (!added_.empty()) addedBefore_ = TheListings().StampIfListed(Split(added_).first);
+    if (!removed_.empty()) removedBefore_ = TheListings().StampIfListed(Parent(removed_));
+    if (!added_.empty()) addedBefore_ = TheListings().StampIfListed(Parent(added_));
     errno = saved;
 }
 
 void ListingsUpdate::Done(bool happened) {
     const int saved = errno;
     done_ = true;
-    const auto [removedFolder, removedName] = Split(removed_);
-    const auto [addedFolder, addedName] = Split(added_);
+    const std::string removedFolder = Parent(removed_), removedName = BaseName(removed_);
+    const std::string addedFolder = Parent(added_), addedName = BaseName(added_);
     const bool oneFolder = !removed_.empty() && !added_.empty() && removedFolder == addedFolder;
     if (oneFolder) {
         TheListings().Apply(addedFolder, addedBefore_, happened ? &removedName : nullptr,
                             happened ? &addedName : nullptr);
     } else {
-        if (!removed_.empty()) TheListings().Apply(removedFolder, removedBefore_, happened ? &removedName : nullptr, nullptr);
-        if (!added_.empty()) TheListings().Apply(addedFolder, addedBefore_, nullptr, happened ? &addedName : nullptr);
+        if (!removed_.empty())
+            TheListings().Apply(removedFolder, removedBefore_, happened ? &removedName : nullptr, nullptr);
+        if (!added_.empty())
+            TheListings().Apply(addedFolder, addedBefore_, nullptr, happened ? &addedName : nullptr);
     }
     errno = saved;
 }
@@ -176,8 +179,8 @@ void ListingsUpdate::Done(bool happened) {
 ListingsUpdate::~ListingsUpdate() {
     if (done_) return;
     const int saved = errno;
-    if (!removed_.empty()) TheListings().Drop(Split(removed_).first);
-    if (!added_.empty()) TheListings().Drop(Split(added_).first);
+    if (!removed_.empty()) TheListings().Drop(Parent(removed_));
+    if (!added_.empty()) TheListings().Drop(Parent(added_));
     errno = saved;
 }
 

@@ -21,7 +21,9 @@ inline std::uint64_t Load(const char* at) {
     return word;
 }
 // True when some byte of `word` is below `bound` (at most 128).
-inline bool HasBelow(std::uint64_t word, unsigned bound) { return ((word - kOnes * bound) & ~word & kHighs) != 0; }
+inline bool HasBelow(std::uint64_t word, unsigned bound) {
+    return ((word - kOnes * bound) & ~word & kHighs) != 0;
+}
 inline bool HasByte(std::uint64_t word, unsigned char byte) { return HasBelow(word ^ (kOnes * byte), 1); }
 // The high bit of every byte of `word` that equals `byte`, and no other bit
 // (no borrow runs between bytes, so the marks can be combined by place).

@@ -244,7 +244,8 @@ double Val(std::string_view text) {
     // are both exact doubles, so their quotient is the correctly rounded
     // value, as the general conversion would give.
     if (marker == std::string_view::npos && digits <= 15) {
-        const double value = static_cast<double>(mantissa) / kPowersOfTen[digits - static_cast<std::size_t>(integerDigits)];
+        const std::size_t decimals = digits - static_cast<std::size_t>(integerDigits);
+        const double value = static_cast<double>(mantissa) / kPowersOfTen[decimals];
         return negative ? -value : value;
     }
 
