@@ -16,6 +16,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/fault_injection.hpp"
 #include "platform/folder_listings.hpp"
 #include "platform/host_path.hpp"
 #include "runtime/error.hpp"
@@ -25,32 +26,7 @@ namespace {
 
 constexpr std::size_t kCopyChunk = std::size_t{1} << 20;
 
-#ifdef RAVELO_FAULT_INJECTION
-// Test builds only: with RAVELO_FAULT_AFTER=N the N-th file operation (an
-// open, a write, a rename, a delete, a copy) ends the process on the spot, as
-// a kill would, so that a test can look at what a crash at that instant
-// leaves. The status tells an injected end from any other.
-constexpr int kFaultExitStatus = 86;
-
-bool FaultDue() {
-    static const long limit = [] {
-        const char* text = std::getenv("RAVELO_FAULT_AFTER");
-        return text == nullptr ? 0L : std::atol(text);
-    }();
-    static long count = 0;
-    return limit > 0 && ++count == limit;
-}
-
-[[noreturn]] void FaultNow() { _exit(kFaultExitStatus); }
-
-void CountFileOperation() {
-    if (FaultDue()) FaultNow();
-}
-#else
-constexpr bool FaultDue() { return false; }
-[[noreturn]] inline void FaultNow() { std::abort(); }
-inline void CountFileOperation() {}
-#endif
+using faults::CountFileOperation;
 
 bool HasNul(std::string_view s) { return s.find('\0') != std::string_view::npos; }
 char Lower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
@@ -149,36 +125,6 @@ int MakeFolder(const std::string& hostPath) {
     return result;
 }
 
-// Writes everything, through partial writes and interruptions.
-bool WriteAll(int fd, const char* data, std::size_t n) {
-    while (n > 0) {
-        const ssize_t written = write(fd, data, n);
-        if (written < 0) {
-            if (errno == EINTR) continue;
-            return false;
-        }
-        data += written;
-        n -= static_cast<std::size_t>(written);
-    }
-    return true;
-}
-
-// fsync, where the file supports it (a pipe or a terminal does not, and
-// needs nothing).
-bool SyncFd(int fd) {
-    if (fsync(fd) == 0) return true;
-    return errno == EINVAL || errno == EROFS;
-}
-
-// Makes a rename inside `folder` durable. Some file systems cannot sync a
-// folder; the rename itself has happened by then, so failures are ignored.
-void SyncFolder(const std::string& folder) {
-    const int fd = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd < 0) return;
-    fsync(fd);
-    close(fd);
-}
-
 class FdSource final : public ByteSource {
 public:
     explicit FdSource(int fd) : fd_(fd) {}
@@ -201,35 +147,6 @@ public:
 
 private:
     int fd_;
-};
-
-class FdSink final : public ByteSink {
-public:
-    // While `*discard` is set, writes are dropped: a replacement given up
-    // leaves its buffered text unwritten, so closing it can never fail.
-    explicit FdSink(int fd, std::shared_ptr<bool> discard = nullptr)
-        : fd_(fd), discard_(std::move(discard)) {}
-    ~FdSink() override { close(fd_); }
-    FdSink(const FdSink&) = delete;
-    FdSink& operator=(const FdSink&) = delete;
-
-    void Write(const char* data, std::size_t n) override {
-        if (discard_ && *discard_) return;
-        if (FaultDue()) {
-            // A write cut short: half of it reaches the file.
-            WriteAll(fd_, data, n / 2);
-            FaultNow();
-        }
-        if (!WriteAll(fd_, data, n)) Raise(kPathFileAccess);
-    }
-    void Flush() override {
-        if (discard_ && *discard_) return;
-        if (!SyncFd(fd_)) Raise(kPathFileAccess);
-    }
-
-private:
-    int fd_;
-    std::shared_ptr<bool> discard_;
 };
 
 // Names in a folder, "." and ".." left out; `folders` chooses sub-folders or
@@ -275,78 +192,27 @@ void CopyAll(FdSource& reader, OutputFile& out) {
         out.Print(std::string_view(buffer.data(), got));
 }
 
-// A fresh name beside the target for its replacement. Hidden (leading ".")
-// so that directory searches never offer it; the process id and a counter
-// keep two replacements apart; the target's name is cut so that the whole
-// name stays within the host's limit.
-std::string TempNameFor(const std::string& target) {
-    static std::atomic<unsigned> counter{0};
-    std::string name = BaseName(target).substr(0, 160);
-    return Child(Parent(target), "." + name + ".ravelo-tmp-" + std::to_string(getpid()) + "-" +
-                                     std::to_string(counter++));
-}
-
-// Creates the temporary file of a replacement of `target`. Refused as
-// writing the target would be: a missing folder 76; a folder in the way, a
-// read-only target or a read-only folder 75. The new file gets the old one's
-// permissions.
-std::pair<int, std::string> CreateReplacement(const std::string& target) {
-    if (HasNul(target)) Raise(kPathFileAccess);
-    if (!IsFolder(Parent(target))) Raise(kPathNotFound);
-    struct stat st {};
-    const bool existed = stat(target.c_str(), &st) == 0;
-    if (existed && (S_ISDIR(st.st_mode) || faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)) {
-        Raise(kPathFileAccess);
-    }
-    CountFileOperation();
-    for (;;) {
-        std::string temp = TempNameFor(target);
-        ListingsUpdate update(std::string(), temp);
-        const int fd = open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        update.Done(fd >= 0);
-        if (fd >= 0) {
-            if (existed) fchmod(fd, st.st_mode & 07777);   // best effort, as a copy would
-            return {fd, std::move(temp)};
-        }
-        if (errno != EEXIST && errno != EINTR) Raise(kPathFileAccess);
-    }
-}
-
-// Puts a written temporary file in place of the target, durably. The
-// temporary file is removed when anything fails.
-void CommitReplacement(const std::string& temp, const std::string& target) {
-    CountFileOperation();
-    if (Rename(temp, target) != 0) {
-        Unlink(temp);
-        Raise(kPathFileAccess);
-    }
-    SyncFolder(Parent(target));
+// The whole file at `host` written to `out`.
+void CopyInto(const std::string& host, OutputFile& out) {
+    FdSource reader(OpenOrRaise(host, O_RDONLY));   // closes the file
+    if (reader.IsFolder()) Raise(kPathFileAccess);
+    CopyAll(reader, out);
 }
 
 }  // namespace
 
 // ---- Replacement ------------------------------------------------------------
 
-Replacement::Replacement(OutputFile file, std::shared_ptr<bool> discard, std::string tempPath,
-                         std::string targetPath)
-    : file_(std::move(file)),
-      discard_(std::move(discard)),
-      tempPath_(std::move(tempPath)),
-      targetPath_(std::move(targetPath)) {}
+Replacement::Replacement(std::unique_ptr<PendingSink> sink) : sink_(sink.get()), file_(std::move(sink)) {}
 
 Replacement::Replacement(Replacement&& other) noexcept
-    : file_(std::move(other.file_)),
-      discard_(std::move(other.discard_)),
-      tempPath_(std::exchange(other.tempPath_, std::string())),
-      targetPath_(std::move(other.targetPath_)) {}
+    : sink_(std::exchange(other.sink_, nullptr)), file_(std::move(other.file_)) {}
 
 Replacement& Replacement::operator=(Replacement&& other) noexcept {
     if (this != &other) {
         Abandon();
+        sink_ = std::exchange(other.sink_, nullptr);
         file_ = std::move(other.file_);
-        discard_ = std::move(other.discard_);
-        tempPath_ = std::exchange(other.tempPath_, std::string());
-        targetPath_ = std::move(other.targetPath_);
     }
     return *this;
 }
@@ -354,19 +220,15 @@ Replacement& Replacement::operator=(Replacement&& other) noexcept {
 Replacement::~Replacement() { Abandon(); }
 
 void Replacement::Abandon() noexcept {
-    if (tempPath_.empty()) return;
-    if (discard_) *discard_ = true;
-    file_.Close();   // drops the buffered text: the sink discards it
-    Unlink(tempPath_);
-    tempPath_.clear();
+    if (sink_ == nullptr) return;
+    std::exchange(sink_, nullptr)->Discard();
+    file_.Close();   // drops the buffered text and the file
 }
 
 void Replacement::Commit() {
-    if (tempPath_.empty()) Raise(kPathFileAccess);   // committed or given up before
-    file_.Flush();   // the buffer written out and synced to disk (75 on failure)
-    file_.Close();
-    const std::string temp = std::exchange(tempPath_, std::string());
-    CommitReplacement(temp, targetPath_);
+    if (sink_ == nullptr) Raise(kPathFileAccess);   // committed or given up before
+    sink_ = nullptr;
+    file_.Close();   // the rest written, flushed to disk, and put in place
 }
 
 // ---- FileSystem -------------------------------------------------------------
@@ -494,7 +356,7 @@ void FileSystem::FileCopy(std::string_view from, std::string_view to) {
     }
     // The copy appears whole or not at all: it is written beside the target
     // and renamed over it, so an interrupted copy never leaves a part.
-    Replacement copy = ReplacementFor(target);
+    Replacement copy(PendingSink::Create(target, true));
     CopyAll(reader, copy.File());
     copy.Commit();
 }
@@ -586,51 +448,43 @@ InputFile FileSystem::OpenInput(std::string_view path) const {
 }
 
 OutputFile FileSystem::OpenOutput(std::string_view path) {
-    const std::string host = HostPath(path);
-    if (HasNul(host)) Raise(kPathFileAccess);
-    return OutputFile(std::make_unique<FdSink>(OpenOrRaise(host, O_WRONLY | O_CREAT | O_TRUNC)));
+    // Written beside the file and put in place when closed: until then the
+    // old file, if any, is what others see.
+    return OutputFile(PendingSink::Create(CheckedHostPath(path), false));
 }
 
 OutputFile FileSystem::OpenAppend(std::string_view path) {
-    const std::string host = HostPath(path);
-    if (HasNul(host)) Raise(kPathFileAccess);
-    return OutputFile(std::make_unique<FdSink>(OpenOrRaise(host, O_WRONLY | O_CREAT | O_APPEND)));
+    // A copy of the file with the new text after it, put in place when
+    // closed; flushed to disk first when it holds what the file held.
+    const std::string host = CheckedHostPath(path);
+    struct stat st {};
+    const bool hasContent = lstat(host.c_str(), &st) == 0 && st.st_size > 0;
+    OutputFile file(PendingSink::Create(host, hasContent));
+    if (hasContent) CopyInto(host, file);
+    return file;
 }
 
 void FileSystem::ReplaceFile(std::string_view path, std::string_view content) {
-    const std::string target = HostPath(path);
-    auto [fd, temp] = CreateReplacement(target);
-    if (FaultDue()) {
-        WriteAll(fd, content.data(), content.size() / 2);
-        FaultNow();
-    }
-    const bool written = WriteAll(fd, content.data(), content.size()) && SyncFd(fd);
-    // close() interrupted has still closed the file; its other failures are
-    // write errors reported late.
-    if ((close(fd) != 0 && errno != EINTR) || !written) {
-        Unlink(temp);
-        Raise(kPathFileAccess);
-    }
-    CommitReplacement(temp, target);
+    Replacement replacement = OpenReplacement(path);
+    replacement.File().Print(content);
+    replacement.Commit();
 }
 
 Replacement FileSystem::OpenExtension(std::string_view path) {
-    const std::string host = HostPath(path);
-    Replacement extension = ReplacementFor(host);
-    if (struct stat st {}; lstat(host.c_str(), &st) != 0) return extension;  // a new file
-    FdSource reader(OpenOrRaise(host, O_RDONLY));                             // closes the file
-    if (reader.IsFolder()) Raise(kPathFileAccess);
-    CopyAll(reader, extension.File());
+    const std::string host = CheckedHostPath(path);
+    Replacement extension(PendingSink::Create(host, true));
+    if (struct stat st {}; lstat(host.c_str(), &st) == 0) CopyInto(host, extension.File());
     return extension;
 }
 
-Replacement FileSystem::OpenReplacement(std::string_view path) { return ReplacementFor(HostPath(path)); }
+Replacement FileSystem::OpenReplacement(std::string_view path) {
+    return Replacement(PendingSink::Create(CheckedHostPath(path), true));
+}
 
-Replacement FileSystem::ReplacementFor(const std::string& target) {
-    auto [fd, temp] = CreateReplacement(target);
-    auto discard = std::make_shared<bool>(false);
-    OutputFile file(std::make_unique<FdSink>(fd, discard));
-    return Replacement(std::move(file), std::move(discard), std::move(temp), target);
+std::string FileSystem::CheckedHostPath(std::string_view path) const {
+    std::string host = HostPath(path);
+    if (HasNul(host)) Raise(kPathFileAccess);
+    return host;
 }
 
 }  // namespace ravelo::platform

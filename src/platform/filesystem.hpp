@@ -14,36 +14,32 @@
 #include <vector>
 
 #include "platform/paths.hpp"
+#include "platform/pending_file.hpp"
 #include "runtime/sequential.hpp"
 
 namespace ravelo::platform {
 
 // A file being replaced piece by piece, for contents too large to hold in
-// memory: the new content goes through File() into a temporary file in the
-// target's folder, and Commit() makes it durable and renames it over the
-// target. Dropped without Commit, the temporary file is removed and the
-// target stays as it was.
+// memory: the new content goes through File() into a file beside the target,
+// and Commit() makes it durable and puts it in place of the target. Dropped
+// without Commit, the new file is removed and the target stays as it was.
 class Replacement {
 public:
+    explicit Replacement(std::unique_ptr<PendingSink> sink);
     Replacement(Replacement&& other) noexcept;
     Replacement& operator=(Replacement&& other) noexcept;
     ~Replacement();
 
     OutputFile& File() { return file_; }
-    // Failures (a full disk, a refused rename) raise 75; the target is then
+    // Failures (a full disk 61, a refused rename 75) leave the target
     // unchanged.
     void Commit();
 
 private:
-    friend class FileSystem;
-    Replacement(OutputFile file, std::shared_ptr<bool> discard, std::string tempPath,
-                std::string targetPath);
     void Abandon() noexcept;
 
+    PendingSink* sink_;   // owned by file_ until committed or given up
     OutputFile file_;
-    std::shared_ptr<bool> discard_;   // tells the sink to drop what is left
-    std::string tempPath_;
-    std::string targetPath_;
 };
 
 // Runs `write` on the replacement's file, then commits it, also when `write`
@@ -101,8 +97,13 @@ public:
     std::vector<std::string> SubDirs(std::string_view folder) const;
 
     InputFile OpenInput(std::string_view path) const;   // 53 when missing
-    OutputFile OpenOutput(std::string_view path);       // created or emptied
-    OutputFile OpenAppend(std::string_view path);       // created when missing
+    // A file written anew, or the file with more text after it (created when
+    // missing). Either appears under its name only when closed (also by an
+    // error that ends the program), whole: until then the file stays as it
+    // was, and a kill leaves it so. A write the host refuses raises 61 (a
+    // full disk) or 75, and the file then stays as it was.
+    OutputFile OpenOutput(std::string_view path);
+    OutputFile OpenAppend(std::string_view path);
 
     // Replaces the file at `path` with `content` so that a kill at any instant
     // leaves the old file or the new one whole: written to a temporary file in
@@ -117,8 +118,8 @@ public:
 
 private:
     bool OnMappedDrive(std::string_view path) const;
-    // The replacement of the host file `target`.
-    static Replacement ReplacementFor(const std::string& target);
+    // HostPath, refusing a path with a NUL byte (75).
+    std::string CheckedHostPath(std::string_view path) const;
 
     DriveMap drives_;
     std::string currentDir_;

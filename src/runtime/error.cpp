@@ -13,6 +13,7 @@ std::string_view ErrorDescription(int number) {
         case kFileNotFound: return "File not found";
         case kBadRecordLength: return "Bad record length";
         case kInputPastEnd: return "Input past end of file";
+        case kDiskFull: return "Disk full";
         case kPathFileAccess: return "Path/File access error";
         case kPathNotFound: return "Path not found";
         default: return "Application-defined or object-defined error";

@@ -28,6 +28,7 @@ enum ErrorNumber : int {
     kFileNotFound = 53,      // "File not found"
     kBadRecordLength = 59,   // "Bad record length"
     kInputPastEnd = 62,      // "Input past end of file"
+    kDiskFull = 61,          // "Disk full"
     kPathFileAccess = 75,    // "Path/File access error"
     kPathNotFound = 76,      // "Path not found"
 };

@@ -249,6 +249,7 @@ void OutputFile::Close() {
     std::string pending;
     pending.swap(buffer_);
     if (!pending.empty()) sink->Write(pending.data(), pending.size());
+    sink->Close();
 }
 
 }  // namespace ravelo

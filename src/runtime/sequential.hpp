@@ -26,6 +26,9 @@ public:
     virtual void Write(const char* data, std::size_t n) = 0;
     // Makes everything written so far durable (flushes buffers to the host).
     virtual void Flush() = 0;
+    // The end of writing: a sink that puts its file in place does it here,
+    // and may fail as a write does.
+    virtual void Close() {}
 };
 
 // A source over a text held in memory (tests, and the cleaning passes).
@@ -108,7 +111,8 @@ public:
     void WriteRecord(std::initializer_list<Field> fields);
     // Writes the buffer to the sink and flushes it to the host.
     void Flush();
-    // Writes the buffer out and releases the sink (also done by the destructor).
+    // Writes the buffer out, closes the sink and releases it (also done by the
+    // destructor, which drops any failure).
     void Close();
 
 private:

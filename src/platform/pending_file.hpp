@@ -1,0 +1,58 @@
+// Files that appear under their name only when they are complete.
+//
+// A file the program writes (a structure file, an index, a database subfile,
+// the rewrite of an input) is written beside its target and put in place by
+// a rename when it is complete, so a kill at any instant leaves the target as
+// it was or whole. On Linux the file has no name at all until then
+// (O_TMPFILE): a killed process leaves nothing behind. Where the host cannot
+// make such a file, it gets a hidden name that carries the process id
+// (".NAME.ravelo-tmp-PID-N"); the next process that writes into that folder
+// removes the leftovers of processes that are gone, and nothing else.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "runtime/sequential.hpp"
+
+namespace ravelo::platform {
+
+// The error of a write the host refused: 61 "Disk full" when it is out of
+// space, else 75.
+[[noreturn]] void RaiseWriteError(int error);
+
+class PendingSink final : public ByteSink {
+public:
+    // The file that will replace the host file `target` (which need not
+    // exist). Refused as writing the target would be: a missing folder 76;
+    // a folder in the way, a read-only target or folder 75. It gets the old
+    // file's permissions. `durable`: flushed to disk before it is put in
+    // place, for content the user already had; a new output needs no flush,
+    // since a kill of the process cannot cut it.
+    static std::unique_ptr<PendingSink> Create(const std::string& target, bool durable);
+    ~PendingSink() override;   // never put in place: the target stays as it was
+    PendingSink(const PendingSink&) = delete;
+    PendingSink& operator=(const PendingSink&) = delete;
+
+    void Write(const char* data, std::size_t n) override;
+    void Flush() override;
+    // Puts the file in place, unless it was discarded; after a failed write
+    // it raises that write's error again and the target stays as it was.
+    void Close() override;
+    // From now on writes are dropped and Close leaves the target as it was.
+    void Discard() { discarded_ = true; }
+
+private:
+    PendingSink(int fd, std::string temp, std::string target, bool durable);
+    void Commit();
+    void Abandon() noexcept;
+
+    int fd_;
+    std::string temp_;     // its hidden name; empty while it has none
+    std::string target_;
+    bool durable_;
+    bool discarded_ = false;
+    int failure_ = 0;      // errno of a failed write
+};
+
+}  // namespace ravelo::platform
