@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "install_demo.hpp"
 #include "platform/paths.hpp"
 #include "startup/program.hpp"
 #include "features/features.hpp"
@@ -34,6 +35,9 @@ constexpr const char* kUsage =
     "\n"
     "Options:\n"
     "  --window NAME   show one window of the program by its name (e.g. RaveloUtils)\n"
+    "  --install-demo [FOLDER]\n"
+    "                  copy the demo installation into FOLDER (default: the folder of drive C),\n"
+    "                  which must be empty or missing\n"
     "  --help          show this text\n"
     "  --version       show the version line\n"
     "\n"
@@ -46,7 +50,12 @@ constexpr const char* kUsage =
     "  RAVELO_SCRIPT      script file for RAVELO_UI=script (default standard input)\n"
     "  RAVELO_WAIT_SCALE  multiplies every timed pause (0 skips them)\n"
     "\n"
-    "Exit status: 0 normal end, 1 installation not found, 2 usage error, 3 run-time error.\n";
+    "Host paths may be given as they are: one inside a drive's folder becomes that drive's path\n"
+    "($RAVELO_DRIVE_C/data/x.pdb is C:\\data\\x.pdb), any other one is on drive Z:.\n"
+    "\n"
+    "Exit status: 0 normal end, 1 installation not found, 2 usage error (or --install-demo\n"
+    "refused), 3 run-time error, 4 a window waited for a person and no display could show it\n"
+    "(headless host: start on a desktop, or use RAVELO_UI=script).\n";
 
 }  // namespace
 
@@ -62,6 +71,13 @@ int main(int argc, char** argv) {
             std::printf("%s\n", ravelo::VersionLine().c_str());
             return ravelo::kExitNormal;
         }
+        if (std::strcmp(argv[1], "--install-demo") == 0) {
+            if (argc > 3) {
+                std::fputs("raveloutils: --install-demo takes at most one folder\n", stderr);
+                return ravelo::kExitUsage;
+            }
+            return ravelo::app::InstallDemo(argc == 3 ? argv[2] : "");
+        }
         if (std::strcmp(argv[1], "--window") == 0) {
             if (argc != 3) {
                 std::fputs("raveloutils: --window takes one window name\n", stderr);
@@ -74,7 +90,8 @@ int main(int argc, char** argv) {
             return ravelo::kExitUsage;
         }
     }
-    const std::string commandLine = ravelo::platform::JoinCommandLine(argc, argv, first);
+    const std::string commandLine =
+        ravelo::platform::JoinCommandLine(ravelo::platform::DriveMap::FromEnvironment(), argc, argv, first);
 
     ravelo::DesktopHostFactory desktop;
 #ifdef RAVELO_WITH_QT

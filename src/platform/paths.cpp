@@ -215,14 +215,18 @@ std::string DriveMap::ToWindows(std::string_view hostPath) const {
     return out;
 }
 
-std::string JoinCommandLine(int argc, const char* const* argv, int first) {
+std::string JoinCommandLine(const DriveMap& drives, int argc, const char* const* argv, int first) {
     std::string line;
     for (int i = first; i < argc; ++i) {
         std::string arg = argv[i] == nullptr ? std::string() : std::string(argv[i]);
         bool slashesToBackslashes = false;
         if (!arg.empty() && arg[0] == '/') {
-            arg.insert(0, "Z:");
-            slashesToBackslashes = true;
+            // On a drive's own terms, so that the drive's host folder (which
+            // may hold points, as ~/.local does) is no part of the path the
+            // program cuts and renames.
+            const bool folder = arg.back() == '/';
+            arg = drives.ToWindows(arg);
+            if (folder && arg.back() != '\\') arg += '\\';
         } else if (const auto slash = arg.rfind('/'); slash != std::string::npos) {
             // Only a path whose folder is really there: "http://x/y" has the
             // folder "http:", which is not, so a URL passes unchanged.

@@ -58,9 +58,12 @@ private:
 };
 
 // The host forms of the command-line arguments joined into one command line:
-// an argument that starts with "/" becomes Z: and the path with "\" for "/";
-// a relative argument that holds "/" and whose folder exists has its "/"
-// turned into "\"; anything else (words, URLs, counts) passes unchanged.
-std::string JoinCommandLine(int argc, const char* const* argv, int first = 1);
+// an argument that starts with "/" becomes the path of the mapped drive whose
+// host folder holds it (the longest such folder wins; /home/u/drive_c/x.pdb
+// is C:\x.pdb when drive C is /home/u/drive_c), else Z: and the path, with
+// "\" for "/"; a relative argument that holds "/" and whose folder exists has
+// its "/" turned into "\"; anything else (words, URLs, counts) passes
+// unchanged.
+std::string JoinCommandLine(const DriveMap& drives, int argc, const char* const* argv, int first = 1);
 
 }  // namespace ravelo::platform

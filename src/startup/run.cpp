@@ -86,6 +86,13 @@ int RunProgram(Program& p, const std::string& commandLine, std::string_view wind
         while (p.ui.AnyWindowVisible()) p.ui.WaitForEvent();
         return kExitNormal;
     } catch (const ProgramEnd& end) {
+        // Start-up cleared the installation drive: the drive file was
+        // missing, and a newcomer learns where it belongs.
+        if (end.status == kExitInstallation && p.InstallDrive.empty()) {
+            const auto driveC = p.fs.Drives().Root('C');
+            p.ui.Hint("raveloutils: drive C is the folder " + driveC.value_or("(not mapped)") +
+                      " (RAVELO_DRIVE_C); raveloutils --install-demo copies the demo installation there.");
+        }
         return end.status;
     } catch (const RuntimeError& error) {
         // Files already written stay as they are; nothing after the error runs.

@@ -18,6 +18,8 @@ enum ExitStatus : int {
     kExitInstallation = 1,   // the installation was not found
     kExitUsage = 2,          // a bad option or window name
     kExitRuntimeError = 3,   // a run-time error ended the program
+    // A window waited for a person where no display can show it.
+    kExitNeedsDisplay = ui::HeadlessHost::kNeedsDisplayStatus,
 };
 
 // Makes the desktop host. Start-up knows no window system: the program's

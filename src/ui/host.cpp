@@ -75,15 +75,39 @@ void UiHost::RunModal(Form& form) {
 }
 
 void HeadlessHost::WaitForEvent() {
-    UnloadAll();
-    EndProgram(0);
+    const Form* waiting = nullptr;
+    for (const Form* form : LoadedForms())
+        if (form->Visible()) waiting = form;
+    const std::string name = waiting ? waiting->Name() : std::string("program");
+    std::fprintf(stderr,
+                 "raveloutils: the window %s waits for a person, and there is no display to show it on.\n"
+                 "Start it on a desktop (DISPLAY set and RAVELO_UI unset or qt), or drive it from a\n"
+                 "script with RAVELO_UI=script (see raveloutils --help).\n",
+                 name.c_str());
+    std::fflush(stderr);
+    // The main window's own unloading ends the program; the status stays
+    // this host's.
+    try {
+        UnloadAll();
+    } catch (const ProgramEnd&) {
+    }
+    EndProgram(kNeedsDisplayStatus);
 }
 
 MsgResult HeadlessHost::MsgBox(std::string_view text, MsgButtons buttons, std::string_view title) {
-    std::fprintf(stderr, "%.*s: %s\n", static_cast<int>(title.size()), title.data(),
-                 OneLine(text).c_str());
+    std::string body;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') continue;
+        body += text[i] == '\r' ? '\n' : text[i];
+    }
+    std::fprintf(stderr, "%.*s\n%s\n", static_cast<int>(title.size()), title.data(), body.c_str());
     std::fflush(stderr);
     return DefaultAnswer(buttons);
+}
+
+void HeadlessHost::Hint(std::string_view text) {
+    std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
+    std::fflush(stderr);
 }
 
 MsgResult DefaultAnswer(MsgButtons buttons) {

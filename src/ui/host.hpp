@@ -53,6 +53,9 @@ public:
     virtual MsgResult MsgBox(std::string_view text, MsgButtons buttons, std::string_view title) = 0;
     // Brings a window's picture up to date with its model (repaint).
     virtual void Refresh(Form& form) { (void)form; }
+    // A line of advice for a person reading the program's terminal output;
+    // hosts that have no such reader drop it.
+    virtual void Hint(std::string_view text) { (void)text; }
 
 protected:
     virtual void OnShown(Form& form) { (void)form; }
@@ -63,14 +66,19 @@ private:
     std::vector<Form*> loaded_;
 };
 
-// Runs without a display: message boxes are written to standard error (and
-// answered with their first button), and since no user event can ever
-// arrive, a wait for one unloads every window and ends the program.
+// Runs without a display: message boxes are written to standard error as a
+// person reads them (the title, then the text with its line breaks) and
+// answered with their first button. Since no person can act, a wait for one
+// says which window needed a display, unloads every window and ends the
+// program with kNeedsDisplayStatus.
 class HeadlessHost : public UiHost {
 public:
+    static constexpr int kNeedsDisplayStatus = 4;
+
     void DoEvents() override {}
     void WaitForEvent() override;
     MsgResult MsgBox(std::string_view text, MsgButtons buttons, std::string_view title) override;
+    void Hint(std::string_view text) override;
 };
 
 // The first answer of a message box as the script and headless hosts give

@@ -50,13 +50,66 @@ TEST_F(Cli, EmptyDriveEndsEveryWordWithTheCriticalError) {
     for (const char* word : {"calculx", "fileconv", "nonsense"}) {
         const auto run = RunBinary({word}, env);
         EXPECT_EQ(run.status, 1) << word;
-        EXPECT_EQ(run.err.rfind("RaveloUtils - Critical Error: The critical file RAVELODRIVE.DAT cannot be found", 0),
+        // As a person reads it: the title, the text's own lines, then where
+        // drive C is and how to fill it.
+        EXPECT_EQ(run.err.rfind("RaveloUtils - Critical Error\nThe critical file RAVELODRIVE.DAT cannot be found", 0),
                   0u)
             << word;
+        EXPECT_NE(run.err.find("\n\nI am sorry, but I must terminate.\nraveloutils: drive C is the folder " +
+                               driveC().string() + " "),
+                  std::string::npos);
+        EXPECT_NE(run.err.find("--install-demo"), std::string::npos);
     }
     env["RAVELO_UI"] = "script";
     const auto scripted = RunBinary({"calculx"}, env);
     EXPECT_EQ(scripted.out.rfind("MSGBOX RaveloUtils - Critical Error|The critical file", 0), 0u);
+    EXPECT_EQ(scripted.err, "");
+}
+
+TEST_F(Cli, InstallDemoFillsAnEmptyFolderAndRefusesAnyOther) {
+    std::filesystem::create_directories(driveC());
+    const auto run = RunBinary({"--install-demo"}, env);
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find(driveC().string()), std::string::npos);
+    EXPECT_TRUE(std::filesystem::exists(driveC() / "programdata/ravelo/ravelodrive.dat"));
+    // The program now finds its installation.
+    EXPECT_EQ(RunBinary({"slideshow"}, env).status, 0);
+
+    const std::string before = ReadHostFile(driveC() / "ravelo/molecule.log");
+    WriteHostFile(driveC() / "ravelo/molecule.log", "mine");
+    const auto again = RunBinary({"--install-demo", driveC().string()}, env);
+    EXPECT_EQ(again.status, 2);
+    EXPECT_NE(again.err.find("is not an empty folder"), std::string::npos);
+    EXPECT_EQ(ReadHostFile(driveC() / "ravelo/molecule.log"), "mine");
+    EXPECT_FALSE(before.empty());
+
+    const auto elsewhere = root.Path() / "new" / "drive";
+    EXPECT_EQ(RunBinary({"--install-demo", elsewhere.string()}, env).status, 0);
+    EXPECT_EQ(ReadHostFile(elsewhere / "ravelo/molecule.log"), before);
+}
+
+TEST_F(Cli, WindowsThatWaitForAPersonSayTheyNeedADisplay) {
+    Install();
+    for (const auto& [word, window] : std::vector<std::pair<std::string, std::string>>{
+             {"", "RaveloUtils"}, {"calculx", "CalcxForm"}, {"fileconv", "FileConv"}}) {
+        const auto run = RunBinary(word.empty() ? std::vector<std::string>{} : std::vector{word}, env);
+        EXPECT_EQ(run.status, 4) << word;
+        EXPECT_NE(run.err.find("the window " + window + " waits for a person"), std::string::npos) << run.err;
+        EXPECT_NE(run.err.find("RAVELO_UI=script"), std::string::npos);
+    }
+}
+
+TEST_F(Cli, HostPathsIntoDriveCKeepTheDrivesFolderOutOfThePath) {
+    // Drive C under a folder with a point, as ~/.local is: the path the
+    // converter cuts and renames starts at the drive.
+    const auto dottedC = root.Path() / ".local" / "c";
+    env["RAVELO_DRIVE_C"] = dottedC.string();
+    WriteHostFile(dottedC / "programdata/ravelo/ravelodrive.dat", "\"Kalmodyn\",\"2026\",\"C:\"\r\n");
+    WriteHostFile(dottedC / "ravelo/Kalmodyn.Exe", "stand-in\r\n");
+    WriteHostFile(dottedC / "more/w.xyz", "3\r\nwater\r\nO 0.0 0.0 0.1173\r\nH 0.0 0.7572 -0.4692\r\nH 0.0 -0.7572 -0.4692\r\n");
+    const auto run = RunBinary({"fileconv", (dottedC / "more/w.xyz").string()}, env);
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_TRUE(std::filesystem::exists(dottedC / "more/w.sxs"));
 }
 
 TEST_F(Cli, ScriptHostShowsTheMainMenu) {
@@ -102,8 +155,7 @@ TEST_F(Cli, RunTimeErrorInTheDriveFileIsReportedWithStatusThree) {
     WriteHostFile(driveC() / "programdata/ravelo/ravelodrive.dat", "\"only one field\"");
     const auto run = RunBinary({"calculx"}, env);
     EXPECT_EQ(run.status, 3);
-    EXPECT_NE(run.err.find("Run-time error '62':"), std::string::npos);
-    EXPECT_NE(run.err.find("Input past end of file"), std::string::npos);
+    EXPECT_EQ(run.err, "RaveloUtils\nRun-time error '62':\n\nInput past end of file\n");
 }
 
 }  // namespace

@@ -169,16 +169,23 @@ TEST(JoinCommandLine, HostPathsBecomeWindowsFormAndOtherWordsPass) {
     const fs::path before = fs::current_path();
     fs::current_path(scratch);   // relative folders are looked up from here
 
+    // A host path inside a mapped drive's folder takes that drive, the
+    // deepest folder first; points in the folder's name stay out of it.
+    const std::string c = (scratch / ".local" / "drive_c").string();
+    const DriveMap drives({{'C', c}, {'D', c + "/deep"}});
+    const std::string inC = c + "/data/x.pdb", inD = c + "/deep/y.pdb", folder = c + "/data/";
     const char* argv[] = {"raveloutils", "fileconv", "/home/u/x.cif", "sub/y.cif", "nosub/y.cif",
-                          "http://host/p", "3", "a\\b"};
-    const std::string line = JoinCommandLine(8, argv);
-    const std::string fromThird = JoinCommandLine(4, argv, 2);
+                          "http://host/p", "3", "a\\b", inC.c_str(), inD.c_str(), folder.c_str()};
+    const std::string line = JoinCommandLine(drives, 8, argv);
+    const std::string fromThird = JoinCommandLine(drives, 4, argv, 2);
+    const std::string mapped = JoinCommandLine(drives, 11, argv, 8);
 
     fs::current_path(before);
     fs::remove_all(scratch);
     EXPECT_EQ(line, "fileconv Z:\\home\\u\\x.cif sub\\y.cif nosub/y.cif http://host/p 3 a\\b");
     EXPECT_EQ(fromThird, "Z:\\home\\u\\x.cif sub\\y.cif");
-    EXPECT_EQ(JoinCommandLine(1, argv), "");
+    EXPECT_EQ(mapped, "C:\\data\\x.pdb D:\\y.pdb C:\\data\\");
+    EXPECT_EQ(JoinCommandLine(drives, 1, argv), "");
 }
 
 }  // namespace
