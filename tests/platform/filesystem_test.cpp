@@ -9,6 +9,7 @@
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>   // the tests' own view of the disk, independent of the code under test
@@ -283,6 +284,51 @@ TEST_F(FileSystemTest, StreamedReplacementTakesEffectOnlyOnCommit) {
     r.Commit();
     EXPECT_EQ(OnDisk("d"), Names{"t.log"});
     EXPECT_EQ(Get("d/t.log"), "new\r\n");
+}
+
+TEST_F(FileSystemTest, OutputsAppearWholeWhenClosedAlsoWhenAnErrorEndsTheWriting) {
+    Put("d/o.sxs", "old\r\n");
+    {
+        OutputFile out = Files().OpenOutput("C:\\d\\O.SXS");
+        out.PrintLine("new");
+        out.Flush();
+        EXPECT_EQ(OnDisk("d"), Names{"o.sxs"});   // nothing else, not even a hidden file
+        EXPECT_EQ(Get("d/o.sxs"), "old\r\n");
+    }
+    EXPECT_EQ(Get("d/o.sxs"), "new\r\n");
+
+    // Appending starts from a copy of the file.
+    OutputFile more = Files().OpenAppend("C:\\d\\o.sxs");
+    more.PrintLine("more");
+    EXPECT_EQ(Get("d/o.sxs"), "new\r\n");
+    more.Close();
+    EXPECT_EQ(Get("d/o.sxs"), "new\r\nmore\r\n");
+
+    // An error that ends the program leaves what was written, as a file
+    // written in place would.
+    const int error = ErrorOf([&] {
+        OutputFile cut = Files().OpenAppend("C:\\d\\new.xxs");
+        cut.PrintLine("first");
+        Raise(kInputPastEnd);
+    });
+    EXPECT_EQ(error, kInputPastEnd);
+    EXPECT_EQ(Get("d/new.xxs"), "first\r\n");
+    EXPECT_EQ(OnDisk("d"), (Names{"new.xxs", "o.sxs"}));
+}
+
+TEST_F(FileSystemTest, LeftoversOfKilledRunsGoAndNothingElse) {
+    // A process that has ended, whose number names a leftover.
+    const pid_t gone = fork();
+    if (gone == 0) _exit(0);
+    waitpid(gone, nullptr, 0);
+    const std::string dead = ".t.log.ravelo-tmp-" + std::to_string(gone) + "-0";
+    const std::string alive = ".t.log.ravelo-tmp-" + std::to_string(getppid()) + "-1";
+    for (const std::string& name : {dead, alive, std::string(".t.log.ravelo-tmp-x-0"),
+                                    "t.log.ravelo-tmp-" + std::to_string(gone) + "-0", std::string(".t.log.swp")})
+        Put("e/" + name, "left");
+    Files().ReplaceFile("C:\\e\\t.log", "new");
+    EXPECT_EQ(OnDisk("e"), (Names{alive, ".t.log.ravelo-tmp-x-0", ".t.log.swp", "t.log",
+                                  "t.log.ravelo-tmp-" + std::to_string(gone) + "-0"}));
 }
 
 }  // namespace
