@@ -5,9 +5,15 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/install-deps.sh
 bash scripts/build.sh
-bash scripts/install-demo.sh
 exe=build/raveloutils
 drive_c="${RAVELO_DRIVE_C:-${XDG_DATA_HOME:-$HOME/.local/share}/ravelo/drive_c}"
+# The demo installation goes into drive C when that folder is empty; one
+# that holds anything (an earlier quick start) is used as it is.
+if [ -d "$drive_c" ] && [ -n "$(ls -A "$drive_c")" ]; then
+  echo "Drive C ($drive_c) is not empty: using it as it is."
+else
+  "$exe" --install-demo
+fi
 echo
 "$exe" --version
 echo
@@ -18,12 +24,10 @@ mkdir -p "$work"
 cp demo/samples/* "$work/"
 chmod u+w "$work"/*
 echo "== Converting the sample structures in $work (C:\\samples):"
-# Windows-form names on drive C: the converter turns every "." of a path's
-# folders into "_", and the host folder of drive C may hold one (~/.local).
+# Host paths into drive C's folder are taken as drive C paths (C:\samples\...).
 for f in "$work"/*; do
-  name="C:\\samples\\$(basename "$f")"
-  echo "raveloutils fileconv $name"
-  RAVELO_UI=headless RAVELO_WAIT_SCALE=0 "$exe" fileconv "$name"
+  echo "raveloutils fileconv $f"
+  RAVELO_UI=headless RAVELO_WAIT_SCALE=0 "$exe" fileconv "$f"
 done
 echo
 echo "== What the converter left in $work:"
