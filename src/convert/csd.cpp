@@ -121,6 +121,7 @@ std::int64_t CIFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
             ++atoms;
             WriteAtom(p, in, out, line);
         }
+        out.Close();   // a failure to put the file in place is reported here
     }
     RenameInput(p, CSDNAM, outBase + ".cif");
     FilCvrt::ValidateOutputFile(p, xccPath);
@@ -177,7 +178,10 @@ std::int64_t CMFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
         // either.
         for (;;) {
             const std::string upper = UCase(in.LineInput());
-            if (Contains(upper, "DATA_CSD_CIF/MIF")) return atoms;
+            if (Contains(upper, "DATA_CSD_CIF/MIF")) {
+                out.Close();
+                return atoms;
+            }
             if (Contains(upper, "CCDC_ATOM_SITE_BASE")) break;
         }
         WriteCell(out, cell, name + ".cmf", rFactor.empty() ? "+" : rFactor);
@@ -194,6 +198,7 @@ std::int64_t CMFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
             if (rest.size() < kShortListingAtom) Raise(kBadRecordLength);
             WriteAtom(p, in, out, rest);
         }
+        out.Close();
     }
     FilCvrt::ValidateOutputFile(p, xccPath);
     return atoms;
@@ -259,6 +264,7 @@ std::int64_t CSDFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
             ++atoms;
             WriteAtom(p, in, out, atom);
         }
+        out.Close();
     }
     RenameInput(p, CSDNAM, outBase + ".csd");
     FilCvrt::ValidateOutputFile(p, xccPath);

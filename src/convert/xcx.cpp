@@ -58,6 +58,7 @@ void ConvertFile(Program& p, const std::string& fileName) {
                              Field::Double(CheckedResult(y * factor)),
                              Field::Double(CheckedResult(z * factor)), Field::Text(symbol)});
         }
+        out.Close();   // a failure to put the file in place is reported here
     }
     FilCvrt::ValidateOutputFile(p, outPath);
 }

@@ -1,6 +1,7 @@
 // Molecule log records into the molecule database subfiles.
 #include "moldb/updatmol.hpp"
 
+#include <algorithm>
 #include <array>
 #include <map>
 #include <memory>
@@ -228,47 +229,85 @@ LogCount CountLogRecords(Program& p) {
     return result;
 }
 
-// Adds `added` to the record count in the subfile's header.
-void UpdateSubfileHeader(Program& p, const std::string& subfile, long long added) {
-    const std::string temp = TempCopyPath(subfile);
-    {
-        InputFile in = p.fs.OpenInput(subfile);
-        SubfileHeader header = ReadHeader(in);
-        header.records = ToInt32(static_cast<double>(header.records) + static_cast<double>(added));
-        OutputFile copy = p.fs.OpenOutput(temp);
-        WriteHeader(copy, header);
-        while (!in.Eof()) copy.PrintLine(in.LineInput());
-        copy.Flush();
+// Removes a file the transfer keeps as its scratch copy, where one is left
+// from before.
+void DeleteScratch(Program& p, const std::string& path) {
+    if (p.fs.Exists(path)) p.fs.Kill(path);
+}
+
+// The bytes `first` has not yet given, then `then`: a file read as if a
+// text had been appended to it.
+class ChainSource final : public ByteSource {
+public:
+    ChainSource(InputFile first, std::string then) : first_(std::move(first)), then_(std::move(then)) {}
+
+    std::size_t Read(char* buf, std::size_t n) override {
+        if (pending_.empty() && !firstDone_) {
+            pending_ = first_.ReadChunk();
+            firstDone_ = pending_.empty();
+            if (firstDone_) pending_ = then_;
+        }
+        const std::size_t k = std::min(n, pending_.size());
+        std::copy_n(pending_.data(), k, buf);
+        pending_.remove_prefix(k);
+        return k;
     }
-    // The subfile is never deleted first: the copy replaces it whole (a kill
-    // leaves the old subfile or the new one), then the copy goes.
-    p.fs.FileCopy(temp, subfile);
-    p.fs.Kill(temp);
+
+private:
+    InputFile first_;
+    std::string then_;
+    std::string_view pending_;
+    bool firstDone_ = false;
+};
+
+// Adds `records` (the new records' lines) to the subfile and `added` to the
+// record count in its header, in one replacement: a kill leaves the subfile
+// as it was or with both. The result is the header rewrite of the subfile
+// with the records appended: lines copied by the rewrite end in CR LF.
+void ExtendSubfile(Program& p, const std::string& subfile, const std::string& records, long long added) {
+    InputFile in(std::make_unique<ChainSource>(p.fs.OpenInput(subfile), records));
+    SubfileHeader header = ReadHeader(in);
+    header.records = ToInt32(static_cast<double>(header.records) + static_cast<double>(added));
+    platform::Replacement extended = p.fs.OpenReplacement(subfile);
+    WriteHeader(extended.File(), header);
+    while (!in.Eof()) extended.File().PrintLine(in.LineInput());
+    extended.Commit();
+    // The rewrite once went through a scratch copy beside the subfile, and
+    // a file of that name does not outlive a transfer.
+    DeleteScratch(p, TempCopyPath(subfile));
 }
 
 // Rewrites the log with "*" after the date of its first transferred + added
-// records; the header's last line gets one too when it has none.
+// records; the header's last line gets one too when it has none. The copy is
+// made as the scratch file molecule.tmp beside the log and put in place of
+// the log only when complete and at least 16 bytes long; it never has its
+// own name unless an error ends the copying, which leaves it as it stands
+// (and the log as it was).
 void MarkLog(Program& p, long long transferred, long long added) {
     const std::string log = LogPath(p);
-    const std::string temp = TempCopyPath(log);
-    {
-        InputFile in = p.fs.OpenInput(log);
-        OutputFile copy = p.fs.OpenOutput(temp);
+    InputFile in = p.fs.OpenInput(log);
+    platform::Replacement copy = p.fs.OpenReplacement(TempCopyPath(log));
+    std::int64_t length = 0;
+    platform::WriteAndCommitOnError(copy, [&](OutputFile& out) {
+        const auto write = [&](std::string text) {
+            length += static_cast<std::int64_t>(text.size()) + 4;   // quotes and CR LF
+            WriteQuoted(out, std::move(text));
+        };
         // Record 1 is the header; log record k is record k + 1. Each line is
         // read as one item (its quotes go) and written quoted, so a bare date
         // line comes back quoted.
         for (long long record = 1; !in.Eof(); ++record) {
-            for (int k = 0; k < 4; ++k) WriteQuoted(copy, in.InputText());
+            for (int k = 0; k < 4; ++k) write(in.InputText());
             std::string date = in.InputText();
             if (!Contains(date, "*") && record <= transferred + added + 1) date += "*";
-            WriteQuoted(copy, std::move(date));
+            write(std::move(date));
         }
-        copy.Flush();
-    }
-    if (FileLiveOrDead(p, temp) == "live") {
-        p.fs.FileCopy(temp, log);  // the log is replaced whole, never deleted first
-        p.fs.Kill(temp);
-    }
+        // A copy too short to be a log is dropped, and the log stays.
+        if (length < 16) return;
+        p.fs.Retarget(copy, log);
+        copy.Commit();
+    });
+    DeleteScratch(p, TempCopyPath(log));
 }
 
 }  // namespace
@@ -329,6 +368,7 @@ void UpdateDatabase(Program& p, ui::Form& window) {
 
     long long added = 0;
     std::string subfile = "Exit";
+    std::string records;
     {
         InputFile in = p.fs.OpenInput(log);
         // Past the header and the records sent before.
@@ -348,10 +388,10 @@ void UpdateDatabase(Program& p, ui::Form& window) {
             return;
         }
 
-        // The subfile grows as a whole: a kill leaves it as it was or with
-        // every record of this transfer.
-        platform::Replacement extension = p.fs.OpenExtension(subfile);
-        platform::WriteAndCommit(extension, [&](OutputFile& out) {
+        // The new records are gathered first, so that the subfile changes
+        // once, records and header count together.
+        OutputFile out(MemorySink(records));
+        try {
             while (!in.Eof() && added != count && added != room) {
                 ++added;
                 LogRecord record;
@@ -361,12 +401,21 @@ void UpdateDatabase(Program& p, ui::Form& window) {
                 if (Contains(record[0], "temp.sxs")) continue;
                 WriteFieldValues(out, map, record, SplitDescription(record[1], fieldWidth));
             }
-        });
+        } catch (...) {
+            // A log that ends inside a record: the records before it are
+            // added to the subfile, whose header is not updated.
+            out.Close();
+            platform::Replacement extension = p.fs.OpenExtension(subfile);
+            extension.File().Print(records);
+            extension.Commit();
+            throw;
+        }
+        out.Close();
     }
     SetCaption(window, "Label5", std::to_string(added) + " records were added to " + subfile);
     p.ui.Refresh(window);
 
-    UpdateSubfileHeader(p, subfile, added);
+    ExtendSubfile(p, subfile, records, added);
     MarkLog(p, transferred, added);
 
     const long long left = count - transferred - added;

@@ -16,10 +16,11 @@ LogHtmForm1::LogHtmForm1(Program& p)
     Add("Label1", ControlKind::Label);
     Add("Label2", ControlKind::Label);
     Add("Label3", ControlKind::Label, "Move Data from Molecule.Log to Molecule.Htm").onClick = [this] {
-        CopyLogToHtml(p_, mode, record);
+        CopyLogToHtml(p_, mode, record, indexHeader_);
         ShowMessage(std::string(kDone));
     };
     Add("Label4", ControlKind::Label, "Move Data from Molecule.Htm to Molecule.Log").onClick = [this] {
+        WritePendingHeader(p_, indexHeader_);
         CopyHtmlToLog(p_, mode, record);
         ShowMessage(std::string(kDone));
     };
@@ -32,6 +33,12 @@ void LogHtmForm1::Form_Load() {
     (*this)["Label2"].SetCaption("");
     (*this)["Label2"].SetVisible(false);
     StartUp();
+}
+
+// A new index that no copy has filled is left with its header.
+void LogHtmForm1::Form_Unload(int& cancel) {
+    (void)cancel;
+    WritePendingHeader(p_, indexHeader_);
 }
 
 // A key press only ends a wait that is watching for one.
@@ -47,7 +54,7 @@ void LogHtmForm1::StartUp() {
     const bool logPresent = FileExists(p_, log);
     // The pages are made even without a log; the actions stay clickable and
     // a copy from a missing log then fails when it opens the file.
-    MakeHtmlHeaders(p_);
+    indexHeader_ = MakeHtmlHeaders(p_);
     (*this)["Label2"].SetCaption(logPresent ? "Ready to proceed"
                                             : "The file MOLECULE.LOG is missing.  End the program.");
 }

@@ -21,6 +21,7 @@ public:
     RecordBuffer record;
 
     void Form_Load() override;
+    void Form_Unload(int& cancel) override;
     void Form_KeyPress(int& keyAscii) override;
 
 private:
@@ -29,6 +30,8 @@ private:
     void ShowMessage(std::string text);
 
     Program& p_;
+    // The header of a new index, until it is written.
+    std::string indexHeader_;
 };
 
 }  // namespace ravelo::LogToHtm

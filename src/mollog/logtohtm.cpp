@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <initializer_list>
 #include <memory>
+#include <utility>
 
 #include "mollog/log_htm_form.hpp"
 #include "runtime/text.hpp"    // for Contains, LCase, Replace, Right, TextAfter, TextBefore, Trim
@@ -43,13 +44,12 @@ constexpr std::string_view kHeadOpen = "<head>";
 constexpr std::string_view kHeadClose = "</head>";
 constexpr std::string_view kBody = "<body bgcolor=#ffffd8>";
 
-// Writes a page's header when FileExists answers no for it. FileExists has
-// by then removed a stub of fewer than 8 bytes, so the page is new: it is
-// written whole in one step and never shows half a header.
-void WriteHeaderIfMissing(Program& p, const std::string& path, const std::string& header) {
+// A page's header when FileExists answers no for the page, else nothing.
+// FileExists has by then removed a stub of fewer than 8 bytes, so the page
+// is new and gets its header whole in one step.
+std::string HeaderIfMissing(Program& p, const std::string& path, std::string header) {
     std::string name = path;
-    if (FileExists(p, name)) return;
-    p.fs.ReplaceFile(path, header);
+    return FileExists(p, name) ? std::string() : header;
 }
 
 // Opens `path` for reading and moves past the line where the mode's records
@@ -91,9 +91,9 @@ std::string ModeWord(std::string_view commandTail) {
     return LCase(Trim(commandTail)) == "all" ? "all" : "new";
 }
 
-void MakeHtmlHeaders(Program& p) {
+std::string MakeHtmlHeaders(Program& p) {
     const std::string setupDate = "<i>Setup Date - " + DateText(p.clock.Today()) + "</i>";
-    WriteHeaderIfMissing(
+    std::string indexHeader = HeaderIfMissing(
         p, HtmlPath(p),
         Lines({kHtmlOpen, kMakerComment, kHeadOpen, "<title>The Kalmodyn Molecule Log</title>", kHeadClose,
                kBody, "<H1>The Kalmodyn Molecule Log</H1>", "<hr size=7>",
@@ -106,10 +106,18 @@ void MakeHtmlHeaders(Program& p) {
                setupDate, "<hr size=7>"}));
     // The pages stay open-ended (no closing body or html tag): records are
     // appended below the header, and browsers show such a page as it is.
-    WriteHeaderIfMissing(
+    const std::string searchHeader = HeaderIfMissing(
         p, SearchPagePath(p),
         Lines({kHtmlOpen, kMakerComment, kHeadOpen, "<title>The Kalmodyn Molecule Log Search Results</title>",
                kHeadClose, kBody, "<H1>The Kalmodyn Molecule Log Search Results</H1>"}));
+    if (!searchHeader.empty()) p.fs.ReplaceFile(SearchPagePath(p), searchHeader);
+    return indexHeader;
+}
+
+void WritePendingHeader(Program& p, std::string& indexHeader) {
+    if (indexHeader.empty()) return;
+    p.fs.ReplaceFile(HtmlPath(p), indexHeader);
+    indexHeader.clear();
 }
 
 std::string LinkText(std::string_view pathLine) {
@@ -130,12 +138,14 @@ std::string LinkText(std::string_view pathLine) {
     return text.substr(first, last - first);
 }
 
-void CopyLogToHtml(Program& p, std::string_view mode, RecordBuffer& record) {
-    InputFile log = OpenPositioned(p, LogPath(p), mode);
+void CopyLogToHtml(Program& p, std::string_view mode, RecordBuffer& record, std::string& indexHeader) {
     // The index grows as a whole: a kill leaves it as it was or with every
-    // record of this run.
-    platform::Replacement index = p.fs.OpenExtension(HtmlPath(p));
+    // record of this run (and a new index with its header).
+    platform::Replacement index = indexHeader.empty() ? p.fs.OpenExtension(HtmlPath(p))
+                                                      : p.fs.OpenReplacement(HtmlPath(p));
+    index.File().Print(std::exchange(indexHeader, std::string()));
     platform::WriteAndCommit(index, [&](OutputFile& htm) {
+        InputFile log = OpenPositioned(p, LogPath(p), mode);
         while (!log.Eof()) {
             // No end-of-file test inside a record: a log that ends in a partial
             // record or a blank line runs past its end (error 62), and the

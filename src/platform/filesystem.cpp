@@ -481,6 +481,11 @@ Replacement FileSystem::OpenReplacement(std::string_view path) {
     return Replacement(PendingSink::Create(CheckedHostPath(path), true));
 }
 
+void FileSystem::Retarget(Replacement& replacement, std::string_view path) {
+    if (replacement.sink_ == nullptr) Raise(kPathFileAccess);   // committed or given up before
+    replacement.sink_->Retarget(CheckedHostPath(path));
+}
+
 std::string FileSystem::CheckedHostPath(std::string_view path) const {
     std::string host = HostPath(path);
     if (HasNul(host)) Raise(kPathFileAccess);

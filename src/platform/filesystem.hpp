@@ -31,11 +31,14 @@ public:
     ~Replacement();
 
     OutputFile& File() { return file_; }
+    // True until committed or given up.
+    bool Pending() const { return sink_ != nullptr; }
     // Failures (a full disk 61, a refused rename 75) leave the target
     // unchanged.
     void Commit();
 
 private:
+    friend class FileSystem;
     void Abandon() noexcept;
 
     PendingSink* sink_;   // owned by file_ until committed or given up
@@ -50,10 +53,23 @@ void WriteAndCommit(Replacement& replacement, Write&& write) {
     try {
         write(replacement.File());
     } catch (...) {
-        replacement.Commit();
+        if (replacement.Pending()) replacement.Commit();
         throw;
     }
     replacement.Commit();
+}
+
+// Runs `write` on the replacement's file; when it ends in an error, commits
+// what was written (and passes the error on). Committing or dropping the
+// replacement after a normal end is `write`'s own choice.
+template <typename Write>
+void WriteAndCommitOnError(Replacement& replacement, Write&& write) {
+    try {
+        write(replacement.File());
+    } catch (...) {
+        if (replacement.Pending()) replacement.Commit();
+        throw;
+    }
 }
 
 class FileSystem {
@@ -115,6 +131,10 @@ public:
     // already holds the file's content (none when it is missing), what is
     // written goes after it, and Commit() puts the whole in place.
     Replacement OpenExtension(std::string_view path);
+    // Makes `path`, a file in the same folder, the target of a replacement
+    // not yet committed: refused (and the replacement left as it was) as
+    // opening it would be, and 75 for another folder.
+    void Retarget(Replacement& replacement, std::string_view path);
 
 private:
     bool OnMappedDrive(std::string_view path) const;

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
+#include <optional>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -102,15 +103,11 @@ bool CanNameUnnamedFiles() {
     return can;
 }
 
-// Gives the unnamed file open as `fd` the name `path`; fails with EEXIST
-// when that name is taken.
-bool LinkUnnamed(int fd, const std::string& path) {
-    char proc[48];
-    std::snprintf(proc, sizeof proc, "/proc/self/fd/%d", fd);
-    ListingsUpdate update(std::string(), path);
-    const bool linked = linkat(AT_FDCWD, proc, AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
-    update.Done(linked);
-    return linked;
+// Gives the unnamed file that `proc` (its /proc/self/fd entry) names the
+// name `path`; fails with EEXIST when that name is taken. The caller keeps
+// the folder listings up to date.
+bool Link(const char* proc, const std::string& path) {
+    return linkat(AT_FDCWD, proc, AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
 }
 
 // Opens a new file in `folder`: unnamed where the host allows it (the second
@@ -137,6 +134,18 @@ std::pair<int, std::string> OpenBeside(const std::string& target) {
     }
 }
 
+// Refuses a target that cannot be written: a missing folder 76; a NUL byte,
+// a folder in the way, or a read-only file 75. Gives the mode bits of the
+// file that is there, if any.
+std::optional<mode_t> CheckTarget(const std::string& target) {
+    if (target.find('\0') != std::string::npos) Raise(kPathFileAccess);
+    if (!IsFolder(Parent(target))) Raise(kPathNotFound);
+    struct stat st {};
+    if (stat(target.c_str(), &st) != 0) return std::nullopt;
+    if (S_ISDIR(st.st_mode) || faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) Raise(kPathFileAccess);
+    return st.st_mode & 07777;
+}
+
 }  // namespace
 
 void RaiseWriteError(int error) {
@@ -144,18 +153,19 @@ void RaiseWriteError(int error) {
 }
 
 std::unique_ptr<PendingSink> PendingSink::Create(const std::string& target, bool durable) {
-    if (target.find('\0') != std::string::npos) Raise(kPathFileAccess);
-    if (!IsFolder(Parent(target))) Raise(kPathNotFound);
-    struct stat st {};
-    const bool existed = stat(target.c_str(), &st) == 0;
-    if (existed && (S_ISDIR(st.st_mode) || faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)) {
-        Raise(kPathFileAccess);
-    }
+    const std::optional<mode_t> mode = CheckTarget(target);
     SweepLeftovers(Parent(target));
     faults::CountFileOperation();
     auto [fd, temp] = OpenBeside(target);
-    if (existed) fchmod(fd, st.st_mode & 07777);   // best effort, as a copy would
+    if (mode) fchmod(fd, *mode);   // best effort, as a copy would
     return std::unique_ptr<PendingSink>(new PendingSink(fd, std::move(temp), target, durable));
+}
+
+void PendingSink::Retarget(const std::string& target) {
+    if (Parent(target) != Parent(target_)) Raise(kPathFileAccess);
+    const std::optional<mode_t> mode = CheckTarget(target);
+    if (mode && fd_ >= 0) fchmod(fd_, *mode);
+    target_ = target;
 }
 
 PendingSink::PendingSink(int fd, std::string temp, std::string target, bool durable)
@@ -197,37 +207,49 @@ void PendingSink::Commit() {
         RaiseWriteError(failure_);
     }
     faults::CountFileOperation();
+    ListingsUpdate update(temp_, target_);
     if (temp_.empty()) {
+        char proc[48];
+        std::snprintf(proc, sizeof proc, "/proc/self/fd/%d", fd_);
         // A target that is not there takes the file's name at once, with no
         // moment at which a kill could leave a second name behind.
-        if (LinkUnnamed(fd_, target_)) {
-            close(std::exchange(fd_, -1));
-            if (durable_) SyncFolder(Parent(target_));
+        if (Link(proc, target_)) {
+            update.Done(true);
+            CloseAfterCommit();
             return;
         }
-        if (errno != EEXIST) RaiseWriteError(errno);
+        // An existing target is replaced by a rename, which needs a name to
+        // rename from: the file gets one right before it, so that only a
+        // kill between these two calls can leave it (for the next run to
+        // remove).
         for (;;) {
+            if (errno != EEXIST) {
+                update.Done(false);
+                RaiseWriteError(errno);
+            }
             std::string temp = TempNameFor(target_);
-            if (LinkUnnamed(fd_, temp)) {
+            if (Link(proc, temp)) {
                 temp_ = std::move(temp);
                 break;
             }
-            if (errno != EEXIST) RaiseWriteError(errno);
         }
     }
-    // close() interrupted has still closed the file; its other failures are
-    // write errors reported late.
-    if (close(std::exchange(fd_, -1)) != 0 && errno != EINTR) {
-        failure_ = errno;
-        RaiseWriteError(failure_);
-    }
-    faults::CountFileOperation();
-    ListingsUpdate update(temp_, target_);
     const bool renamed = rename(temp_.c_str(), target_.c_str()) == 0;
     update.Done(renamed);
     if (!renamed) Raise(kPathFileAccess);   // the destructor removes the file
     temp_.clear();
+    CloseAfterCommit();
+}
+
+void PendingSink::CloseAfterCommit() {
+    // close() interrupted has still closed the file; its other failures are
+    // write errors reported late.
+    const bool closed = close(std::exchange(fd_, -1)) == 0 || errno == EINTR;
     if (durable_) SyncFolder(Parent(target_));
+    if (!closed) {
+        failure_ = errno;
+        RaiseWriteError(failure_);
+    }
 }
 
 }  // namespace ravelo::platform

@@ -1,13 +1,15 @@
 // Files that appear under their name only when they are complete.
 //
 // A file the program writes (a structure file, an index, a database subfile,
-// the rewrite of an input) is written beside its target and put in place by
-// a rename when it is complete, so a kill at any instant leaves the target as
-// it was or whole. On Linux the file has no name at all until then
-// (O_TMPFILE): a killed process leaves nothing behind. Where the host cannot
-// make such a file, it gets a hidden name that carries the process id
-// (".NAME.ravelo-tmp-PID-N"); the next process that writes into that folder
-// removes the leftovers of processes that are gone, and nothing else.
+// the rewrite of an input) is written beside its target and put in place
+// when it is complete, so a kill at any instant leaves the target as it was
+// or whole. On Linux the file has no name at all until then (O_TMPFILE); a
+// new target takes its name in one step. An existing target is replaced by a
+// rename, for which the file gets a hidden name just before: only a kill
+// between those two calls, or any kill on a host without unnamed files,
+// leaves such a name (".NAME.ravelo-tmp-PID-N", the content complete). The
+// next process that writes into that folder removes the leftovers of
+// processes that are gone, and nothing else.
 #pragma once
 
 #include <memory>
@@ -41,10 +43,15 @@ public:
     void Close() override;
     // From now on writes are dropped and Close leaves the target as it was.
     void Discard() { discarded_ = true; }
+    // Makes another host file of the same folder the target, refused as
+    // Create refuses one (75 for another folder); the file takes its
+    // permissions.
+    void Retarget(const std::string& target);
 
 private:
     PendingSink(int fd, std::string temp, std::string target, bool durable);
     void Commit();
+    void CloseAfterCommit();
     void Abandon() noexcept;
 
     int fd_;

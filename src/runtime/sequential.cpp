@@ -31,6 +31,17 @@ private:
     std::size_t pos_ = 0;
 };
 
+// Appends what is written to a text the caller keeps.
+class StringSink final : public ByteSink {
+public:
+    explicit StringSink(std::string& bytes) : bytes_(bytes) {}
+    void Write(const char* data, std::size_t n) override { bytes_.append(data, n); }
+    void Flush() override {}
+
+private:
+    std::string& bytes_;
+};
+
 bool IsLineEnd(int c) { return c == '\r' || c == '\n'; }
 
 void AppendRecord(std::string& out, std::initializer_list<Field> fields) {
@@ -59,6 +70,8 @@ void AppendRecord(std::string& out, std::initializer_list<Field> fields) {
 std::unique_ptr<ByteSource> MemorySource(std::string bytes) {
     return std::make_unique<StringSource>(std::move(bytes));
 }
+
+std::unique_ptr<ByteSink> MemorySink(std::string& bytes) { return std::make_unique<StringSink>(bytes); }
 
 std::string RecordText(std::initializer_list<Field> fields) {
     std::string out;

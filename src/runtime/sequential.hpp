@@ -33,6 +33,8 @@ public:
 
 // A source over a text held in memory (tests, and the cleaning passes).
 std::unique_ptr<ByteSource> MemorySource(std::string bytes);
+// A sink that appends to `bytes`, which must outlive it.
+std::unique_ptr<ByteSink> MemorySink(std::string& bytes);
 
 // One field of a write record.
 struct Field {

@@ -1,202 +1,166 @@
-// Crash safety of every rewrite of a user's file. A test build ends the
+// Crash safety of every file the program writes. A test build ends the
 // process at its N-th file operation when RAVELO_FAULT_AFTER=N (an open, a
-// write, a rename, a delete, a copy). Each job runs once for every N until it
-// completes; after every injected end the user's file must be there whole, as
-// it was before the job or as the finished job leaves it.
+// write, a rename, a delete, a copy), or with RAVELO_FAULT_KIND=diskfull
+// finds the disk full from its N-th write on. Each step of a job runs once
+// for every N until it completes; after every run cut short each file must
+// be as before, as the finished step leaves it, or (when the step removes
+// it) gone, and no other file may be there.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <map>
-#include <string>
-#include <vector>
+#include <cctype>
+#include <iostream>
 
-#include "support/test_program.hpp"
+#include "faults/job_runs.hpp"
+#include "platform/fault_injection.hpp"
 
 namespace ravelo::test {
 namespace {
 
 namespace fs = std::filesystem;
 
-// The exit status of an injected end (platform/filesystem.cpp).
-constexpr int kFaultStatus = 86;
-// Far more operations than either job performs: a job still cut short here
-// has stopped finishing.
+const fs::path kData = RAVELO_TEST_DATA;
+
+// Far more operations than any job here performs: a job still cut short
+// here has stopped finishing.
 constexpr int kMaxOperations = 2000;
+// The exit status of a run-time error on a host without a window.
+constexpr int kRunTimeErrorStatus = 3;
 
-void InstallInto(const fs::path& driveC) {
-    WriteHostFile(driveC / "programdata" / "ravelo" / "ravelodrive.dat", "\"Kalmodyn\",\"2026\",\"C:\"\r\n");
-    WriteHostFile(driveC / "ravelo" / "Kalmodyn.Exe", "stand-in\r\n");
-    fs::create_directories(driveC / "dmor");
-}
-
-// Every regular file under `root` with its bytes, by relative path.
-std::map<std::string, std::string> Snapshot(const fs::path& root) {
-    std::map<std::string, std::string> files;
-    for (const auto& entry : fs::recursive_directory_iterator(root)) {
-        if (entry.is_regular_file()) files[fs::relative(entry.path(), root).string()] = ReadHostFile(entry.path());
+// A pending file's name with its process id left out, so that one fault
+// reads the same at every N.
+std::string WithoutProcessId(std::string fault) {
+    if (const auto at = fault.find(".ravelo-tmp-"); at != std::string::npos) {
+        const auto from = at + 12;
+        fault.replace(from, fault.find('-', from) - from, "PID");
     }
-    return files;
+    return fault;
 }
 
-// One job on a fresh drive C that `prepare` fills, with RAVELO_FAULT_AFTER
-// set when `faultAfter` is positive. Returns the exit status; `driveC`
-// receives the folder to look at.
-struct Job {
-    std::vector<std::string> args;
-    std::map<std::string, std::string> env;
-    std::string input;
+std::string Corpus(const std::string& name) { return ReadHostFile(kData / "corpus" / name); }
+
+// Small files of the readers the corpus holds no example of, with LF line
+// ends for the cleaning to rewrite.
+const std::pair<const char*, const char*> kSmallInputs[] = {
+    {"q.xcx", "10,12,14,\"q.xcx\"\n90,90,120,S1.0\nSi1 .4697 0 0\nO1 .4135 .2669 .1191\nO2 .2669 .4135 -.1191\nX9 1 2 3\n"},
+    {"cell.sch", "TITLE x\nATOM FE1 0.25 0.5 0.75 1\nATOM O 1.0 1.0 1.0 2\nATOM O 0.5 1.0 1.0 3\n"},
+    {"ring.m3d", "M3D 1.0\nNAME ring\n3 C 1.1111 2.2222 3.3333\n5 Cl -4.4444 5.5555 -6.6666\n"
+                 "9 N 7.7777 -8.8888 9.9999\n3 5 double\n"},
+    {"a.alc", "    3 ATOMS,    2 BONDS\n    2 C3      1.1111   2.2222   3.3333     0.0000\n"
+              "    3 CAR    -4.4444   5.5555  -6.6666    -0.1000\n    7 NPL3    7.7777  -8.8888   9.9999     0.1000\n"
+              "    1     2     3  SINGLE 1.5\n"},
 };
 
-int RunJob(const Job& job, const TempFolder& root, int faultAfter) {
-    std::map<std::string, std::string> env = job.env;
-    env["RAVELO_DRIVE_C"] = (root.Path() / "drive_c").string();
-    env["TEMP"] = (root.Path() / "temp").string();
-    env["RAVELO_WAIT_SCALE"] = "0";
-    if (faultAfter > 0) env["RAVELO_FAULT_AFTER"] = std::to_string(faultAfter);
-    return RunBinary(job.args, env, job.input).status;
+// Every reader family, and each kind of output: new SXS files, one appended
+// to, XXS files, an XCC file and the XXS made from it, the division of a
+// library, a database subfile, the HTML index.
+std::vector<Job> Jobs() {
+    Job library = Conversion("lib.pdb", PdbLibrary({"1AAA", "2BBB"}, 4));
+    library.renamed["drive_c/case/lib.pdb"] = "drive_c/case/lib_pdb.lib";
+    // A Tripos file named .mop, converted beside the SXS file of an earlier
+    // structure, which it extends.
+    Job appended = Conversion("adp.mop", Corpus("adp.mol2"), {},
+                              {{"case/adp.sxs", ReadHostFile(kData / "golden/converter/methane/case/methane.sxs")}});
+    appended.grows.push_back("drive_c/case/adp.sxs");
+    std::vector<Job> jobs{Conversion("methane.xyz", Corpus("methane.xyz")),
+                          Conversion("aspirin.sdf", Corpus("aspirin.sdf")),
+                          appended,
+                          Conversion("1ps3_zn.pdb", Corpus("1ps3_zn.pdb")),
+                          Conversion("1544173.cif", Corpus("1544173.cif"), {"1544173.xcc"}),
+                          library,
+                          DatabaseTransfer(),
+                          LogToIndex()};
+    for (const auto& [name, bytes] : kSmallInputs) jobs.push_back(Conversion(name, bytes));
+    return jobs;
 }
 
-// Two PDB entries in one file with LF line ends: the cleaning rewrites it,
-// the division makes one file per entry and keeps the library under a new
-// name, and each entry is cleaned and converted in turn.
-std::string PdbLibrary() {
-    std::string text;
-    for (const char* code : {"1AAA", "2BBB"}) {
-        text += std::string("HEADER    TEST ENTRY                              01-JAN-00   ") + code + "\n";
-        text += "ATOM      1  N   GLY A   1      11.104   6.134  -6.504  1.00  0.00           N\n";
-        text += "ATOM      2  CA  GLY A   1      11.639   6.071  -5.147  1.00  0.00           C\n";
-        text += "ATOM      3  C   GLY A   1      10.674   5.433  -4.151  1.00  0.00           C\n";
-        text += "ATOM      4  O   GLY A   1       9.587   4.958  -4.501  1.00  0.00           O\n";
-        text += "END\n";
-    }
-    return text;
-}
-
-// The cleaned form of a text whose only fault is its LF line ends.
-std::string WithCrLf(const std::string& text) {
-    std::string out;
-    for (const char c : text) {
-        if (c == '\n') out += '\r';
-        out += c;
-    }
-    return out;
-}
-
-// Runs `job` for N = 1, 2, ... until it completes, calling `check` with the
-// drive C folder after every injected end. Returns the number of operations
-// the finished job took (0 when the build injects no faults).
-template <class Prepare, class Check>
-int RunForEveryN(const Job& job, Prepare prepare, Check check) {
-    for (int n = 1; n <= kMaxOperations; ++n) {
-        TempFolder root;
-        fs::create_directories(root.Path() / "temp");
-        InstallInto(root.Path() / "drive_c");
-        prepare(root.Path() / "drive_c");
-        const int status = RunJob(job, root, n);
-        if (status != kFaultStatus) {
-            EXPECT_EQ(status, 0) << "at N = " << n;
-            return n == 1 ? 0 : n - 1;
+class FaultInjection : public testing::TestWithParam<Job> {
+protected:
+    void SetUp() override {
+        states_ = ReferenceStates(GetParam());
+        ASSERT_NE(states_.back(), states_.front()) << "the job changed nothing";
+        for (const std::string& name : GetParam().grows) {
+            ASSERT_TRUE(states_.front().count(name));
+            const std::string& old = states_.front().at(name);
+            EXPECT_TRUE(states_.back().at(name).starts_with(old) && states_.back().at(name).size() > old.size())
+                << name << " is not extended";
         }
-        SCOPED_TRACE("ended at file operation " + std::to_string(n));
-        check(root.Path() / "drive_c");
-        if (testing::Test::HasFailure()) return n;
     }
-    ADD_FAILURE() << "the job never completed";
-    return kMaxOperations;
-}
 
-TEST(FaultInjection, ConvertingALibraryNeverLosesTheInput) {
-    const std::string before = PdbLibrary();
-    const Job job{{"fileconv", "C:\\case\\lib.pdb"}, {{"RAVELO_UI", "headless"}}, ""};
-
-    // The finished job, for the input's final name and content.
-    TempFolder reference;
-    fs::create_directories(reference.Path() / "temp");
-    InstallInto(reference.Path() / "drive_c");
-    WriteHostFile(reference.Path() / "drive_c" / "case" / "lib.pdb", before);
-    ASSERT_EQ(RunJob(job, reference, 0), 0);
-    const auto finished = Snapshot(reference.Path() / "drive_c" / "case");
-    // The library is kept under its new name; its entries were converted.
-    ASSERT_TRUE(finished.count("lib_pdb.lib")) << "files: " << finished.size();
-    ASSERT_TRUE(finished.count("lib_1.xxs") && finished.count("lib_2.xxs"));
-    const std::string after = finished.at("lib_pdb.lib");
-
-    const int operations = RunForEveryN(
-        job, [&](const fs::path& driveC) { WriteHostFile(driveC / "case" / "lib.pdb", before); },
-        [&](const fs::path& driveC) {
-            const auto files = Snapshot(driveC / "case");
-            const auto input = files.find("lib.pdb");
-            const auto kept = files.find("lib_pdb.lib");
-            const bool inputWhole =
-                input != files.end() && (input->second == before || input->second == WithCrLf(before));
-            const bool keptWhole = kept != files.end() && kept->second == after;
-            EXPECT_TRUE(inputWhole || keptWhole) << "neither lib.pdb nor lib_pdb.lib holds the library whole";
-        });
-    if (operations == 0) GTEST_SKIP() << "this build does not honour RAVELO_FAULT_AFTER";
-    EXPECT_GT(operations, 10);   // cleaning, division, renames and both conversions
-}
-
-TEST(FaultInjection, DatabaseTransferNeverLosesTheLogOrTheSubfile) {
-    const fs::path data = fs::path(RAVELO_TEST_DATA) / "updtmol";
-    const Job job{{"updtmol", "now"},
-                  {{"RAVELO_UI", "script"}},
-                  ReadHostFile(data / "script.txt")};
-    const std::string logBefore = ReadHostFile(data / "before" / "ravelo" / "molecule.log");
-    const std::string logAfter = ReadHostFile(data / "after" / "ravelo" / "molecule.log");
-    const std::string subfileBefore = ReadHostFile(data / "before" / "dmor" / "molecule.001");
-    const std::string subfileAfter = ReadHostFile(data / "after" / "dmor" / "molecule.001");
-    ASSERT_NE(logBefore, logAfter);   // the run marks the log
-    // The records are added to the subfile as a whole, then its header is
-    // replaced (the record count keeps its length here): between the two the
-    // subfile is the old one with every new record after it.
-    ASSERT_EQ(subfileBefore.find('\n'), subfileAfter.find('\n'));
-    const std::string subfileMiddle = subfileBefore + subfileAfter.substr(subfileBefore.size());
-
-    const int operations = RunForEveryN(
-        job,
-        [&](const fs::path& driveC) {
-            fs::copy(data / "before", driveC, fs::copy_options::recursive | fs::copy_options::overwrite_existing);
-        },
-        [&](const fs::path& driveC) {
-            const std::string log = ReadHostFile(driveC / "ravelo" / "molecule.log");
-            EXPECT_TRUE(log == logBefore || log == logAfter) << "the molecule log is neither before nor after";
-            const std::string subfile = ReadHostFile(driveC / "dmor" / "molecule.001");
-            EXPECT_TRUE(subfile == subfileBefore || subfile == subfileMiddle || subfile == subfileAfter)
-                << "subfile 001 holds a part of a change";
-        });
-    if (operations == 0) GTEST_SKIP() << "this build does not honour RAVELO_FAULT_AFTER";
-    EXPECT_GT(operations, 3);
-}
-
-TEST(FaultInjection, CopyingTheLogToTheIndexAddsAllItsRecordsOrNone) {
-    const fs::path data = fs::path(RAVELO_TEST_DATA) / "logtohtm";
-    const Job job{{"logtohtm"}, {{"RAVELO_UI", "script"}}, ReadHostFile(data / "script.txt")};
-    const std::string log = ReadHostFile(data / "before" / "ravelo" / "molecule.log");
-    const std::string indexAfter = Dated(ReadHostFile(data / "after" / "ravelo" / "molecule.htm"));
-    const std::string textAfter = ReadHostFile(data / "after" / "ravelo" / "molecule.txt");
-
-    const int operations = RunForEveryN(
-        job,
-        [&](const fs::path& driveC) {
-            fs::copy(data / "before", driveC, fs::copy_options::recursive | fs::copy_options::overwrite_existing);
-        },
-        [&](const fs::path& driveC) {
-            const fs::path folder = driveC / "ravelo";
-            EXPECT_EQ(ReadHostFile(folder / "molecule.log"), log);
-            // The index: none yet, its header alone, or the header and every record.
-            if (fs::exists(folder / "molecule.htm")) {
-                const std::string index = ReadHostFile(folder / "molecule.htm");
-                const bool headerOnly =
-                    indexAfter.starts_with(index) && indexAfter.compare(index.size(), 8, "<a href=") == 0;
-                EXPECT_TRUE(index == indexAfter || headerOnly) << "the index holds a part of a record";
+    // Runs every step with `kind` for N = 1, 2, ... until it completes;
+    // `cutShort` judges the end of each run that met the fault, and what the
+    // run left must pass Faults. A completed step must leave exactly what
+    // the reference run left. Returns the last N that met the fault in each
+    // step.
+    template <class Judge>
+    std::vector<int> ForEveryN(const std::string& kind, Judge cutShort) {
+        const Job& job = GetParam();
+        std::vector<int> reached;
+        for (std::size_t step = 0; step < job.steps.size(); ++step) {
+            const Files& before = states_[step];
+            const Files& finished = states_[step + 1];
+            // Each fault once, with the instants that showed it.
+            std::map<std::string, std::string> seen;
+            int n = 1;
+            for (; n <= kMaxOperations && !HasFatalFailure(); ++n) {
+                JobFolder folder(before);
+                std::map<std::string, std::string> env{{"RAVELO_FAULT_AFTER", std::to_string(n)}};
+                if (!kind.empty()) env["RAVELO_FAULT_KIND"] = kind;
+                const JobFolder::Ended ended = folder.Run(job.steps[step], env);
+                SCOPED_TRACE("step " + std::to_string(step + 1) + ", N = " + std::to_string(n));
+                if (ended.status == 0) {
+                    EXPECT_EQ(folder.Snapshot(), finished) << "the completed step left other files";
+                    break;
+                }
+                cutShort(ended);
+                for (const std::string& fault : Faults(folder.Snapshot(), before, finished, job))
+                    seen[WithoutProcessId(fault)] += " " + std::to_string(n);
             }
-            if (fs::exists(folder / "molecule.txt")) {
-                EXPECT_EQ(ReadHostFile(folder / "molecule.txt"), textAfter);
-            }
-        });
-    if (operations == 0) GTEST_SKIP() << "this build does not honour RAVELO_FAULT_AFTER";
-    EXPECT_GT(operations, 3);
+            if (HasFatalFailure()) return reached;
+            for (const auto& [fault, instants] : seen)
+                ADD_FAILURE() << job.name << " step " << step + 1 << ", N =" << instants << ":\n  " << fault;
+            EXPECT_LE(n, kMaxOperations) << "the step never completed";
+            reached.push_back(n - 1);
+        }
+        std::string figures;
+        for (const int n : reached) figures += " " + std::to_string(n);
+        std::cout << "[ faults   ] " << job.name << " " << (kind.empty() ? "kill" : kind) << ": N = 1 to" << figures
+                  << " per step\n";
+        return reached;
+    }
+
+    std::vector<Files> states_;
+};
+
+TEST_P(FaultInjection, EndAtAnyFileOperationLeavesEachFileOldOrNew) {
+    const auto reached = ForEveryN("", [](const JobFolder::Ended& ended) {
+        ASSERT_EQ(ended.status, platform::faults::kFaultExitStatus) << ended.err;
+    });
+    if (!reached.empty() && reached.front() == 0) GTEST_SKIP() << "this build does not honour RAVELO_FAULT_AFTER";
 }
+
+TEST_P(FaultInjection, FullDiskIsErrorSixtyOneAndLeavesEachFileOldOrNew) {
+    const bool script = GetParam().steps.front().ui == "script";
+    const auto reached = ForEveryN("diskfull", [&](const JobFolder::Ended& ended) {
+        ASSERT_EQ(ended.status, kRunTimeErrorStatus) << ended.err;
+        // The headless host writes the message to standard error, the
+        // script host shows it in a message box.
+        const std::string& shown = script ? ended.out : ended.err;
+        const std::string message = script ? "Run-time error '61':\\n\\nDisk full" : "Run-time error '61':\n\nDisk full";
+        const auto at = shown.find(message);
+        ASSERT_NE(at, std::string::npos) << shown;
+        if (script) {
+            ASSERT_NE(shown.rfind("MSGBOX ", at), std::string::npos) << shown;
+        }
+    });
+    if (!reached.empty() && reached.front() == 0) GTEST_SKIP() << "this build does not honour RAVELO_FAULT_KIND";
+}
+
+INSTANTIATE_TEST_SUITE_P(Jobs, FaultInjection, testing::ValuesIn(Jobs()), [](const testing::TestParamInfo<Job>& param) {
+    std::string name = param.param.name;
+    for (char& c : name)
+        if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+    return name;
+});
 
 }  // namespace
 }  // namespace ravelo::test
