@@ -149,6 +149,25 @@ private:
     int fd_;
 };
 
+// Writes straight to an open file.
+class FdSink final : public ByteSink {
+public:
+    explicit FdSink(int fd) : fd_(fd) {}
+    ~FdSink() override { close(fd_); }
+    FdSink(const FdSink&) = delete;
+    FdSink& operator=(const FdSink&) = delete;
+
+    void Write(const char* data, std::size_t n) override {
+        if (!faults::WriteAll(fd_, data, n)) RaiseWriteError(errno);
+    }
+    void Flush() override {
+        if (fsync(fd_) != 0 && errno != EINVAL && errno != EROFS) RaiseWriteError(errno);
+    }
+
+private:
+    int fd_;
+};
+
 // Names in a folder, "." and ".." left out; `folders` chooses sub-folders or
 // regular files (links count as what they point to). A folder that cannot be
 // read has no names.
@@ -462,6 +481,10 @@ OutputFile FileSystem::OpenAppend(std::string_view path) {
     OutputFile file(PendingSink::Create(host, hasContent));
     if (hasContent) CopyInto(host, file);
     return file;
+}
+
+OutputFile FileSystem::AppendInPlace(std::string_view path) {
+    return OutputFile(std::make_unique<FdSink>(OpenOrRaise(CheckedHostPath(path), O_WRONLY | O_CREAT | O_APPEND)));
 }
 
 void FileSystem::ReplaceFile(std::string_view path, std::string_view content) {

@@ -120,6 +120,10 @@ public:
     // full disk) or 75, and the file then stays as it was.
     OutputFile OpenOutput(std::string_view path);
     OutputFile OpenAppend(std::string_view path);
+    // Appends straight to the file (created when missing), for small logs
+    // that take one line a call: a replacement per line would cost a new
+    // file each time, and a kill can at worst cut the last line short.
+    OutputFile AppendInPlace(std::string_view path);
 
     // Replaces the file at `path` with `content` so that a kill at any instant
     // leaves the old file or the new one whole: written to a temporary file in

@@ -158,7 +158,9 @@ std::unique_ptr<PendingSink> PendingSink::Create(const std::string& target, bool
     faults::CountFileOperation();
     auto [fd, temp] = OpenBeside(target);
     if (mode) fchmod(fd, *mode);   // best effort, as a copy would
-    return std::unique_ptr<PendingSink>(new PendingSink(fd, std::move(temp), target, durable));
+    auto sink = std::unique_ptr<PendingSink>(new PendingSink(fd, std::move(temp), target, durable));
+    sink->replaces_ = mode.has_value();
+    return sink;
 }
 
 void PendingSink::Retarget(const std::string& target) {
@@ -166,6 +168,7 @@ void PendingSink::Retarget(const std::string& target) {
     const std::optional<mode_t> mode = CheckTarget(target);
     if (mode && fd_ >= 0) fchmod(fd_, *mode);
     target_ = target;
+    replaces_ = mode.has_value();
 }
 
 PendingSink::PendingSink(int fd, std::string temp, std::string target, bool durable)
@@ -213,7 +216,7 @@ void PendingSink::Commit() {
         std::snprintf(proc, sizeof proc, "/proc/self/fd/%d", fd_);
         // A target that is not there takes the file's name at once, with no
         // moment at which a kill could leave a second name behind.
-        if (Link(proc, target_)) {
+        if (!replaces_ && Link(proc, target_)) {
             update.Done(true);
             CloseAfterCommit();
             return;
@@ -222,15 +225,19 @@ void PendingSink::Commit() {
         // rename from: the file gets one right before it, so that only a
         // kill between these two calls can leave it (for the next run to
         // remove).
+        if (!replaces_ && errno != EEXIST) {
+            update.Done(false);
+            RaiseWriteError(errno);
+        }
         for (;;) {
-            if (errno != EEXIST) {
-                update.Done(false);
-                RaiseWriteError(errno);
-            }
             std::string temp = TempNameFor(target_);
             if (Link(proc, temp)) {
                 temp_ = std::move(temp);
                 break;
+            }
+            if (errno != EEXIST) {
+                update.Done(false);
+                RaiseWriteError(errno);
             }
         }
     }

@@ -58,6 +58,7 @@ private:
     std::string temp_;     // its hidden name; empty while it has none
     std::string target_;
     bool durable_;
+    bool replaces_ = false;   // the target was there when the file was made
     bool discarded_ = false;
     int failure_ = 0;      // errno of a failed write
 };

@@ -161,7 +161,8 @@ namespace {
 // first write.
 void AppendToLog(Program& p, std::string_view fileName, const Field& value) {
     p.fs.MkDirs(p.TempDir + "\\Ravelo");
-    OutputFile out = p.fs.OpenAppend(FilConvLogPath(p, fileName));
+    // The small logs are appended to in place.
+    OutputFile out = p.fs.AppendInPlace(FilConvLogPath(p, fileName));
     out.WriteRecord({value});
     out.Close();
 }

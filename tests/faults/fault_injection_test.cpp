@@ -108,7 +108,8 @@ protected:
                 const JobFolder::Ended ended = folder.Run(job.steps[step], env);
                 SCOPED_TRACE("step " + std::to_string(step + 1) + ", N = " + std::to_string(n));
                 if (ended.status == 0) {
-                    EXPECT_EQ(folder.Snapshot(), finished) << "the completed step left other files";
+                    EXPECT_TRUE(Differences(folder.Snapshot(), finished).empty())
+                        << "the completed step left other files" << Listed(Differences(folder.Snapshot(), finished));
                     break;
                 }
                 cutShort(ended);

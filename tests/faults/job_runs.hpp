@@ -67,7 +67,7 @@ std::vector<Files> ReferenceStates(const Job& job);
 // What is wrong with `now`, left by a run cut short between `before` and
 // `finished`: files neither as before nor as finished (cut short, mixed),
 // files the user lost, files in neither state (strays). The program's small
-// logs in TEMP may be missing at any moment. A kill between naming a
+// logs in TEMP may be missing at any moment, or end in a line cut short. A kill between naming a
 // replacement and renaming it over its target leaves it under the hidden
 // name of the killed process `killed`: such a file is no fault when it
 // holds its target's content as before or as finished (the next run
@@ -75,6 +75,9 @@ std::vector<Files> ReferenceStates(const Job& job);
 std::vector<std::string> Faults(const Files& now, const Files& before, const Files& finished, const Job& job,
                                 pid_t killed = 0);
 std::string Listed(const std::vector<std::string>& faults);
+// The files in which `now` and `expected` differ, by name (file contents can
+// be megabytes: too large to print).
+std::vector<std::string> Differences(const Files& now, const Files& expected);
 
 // The installation start-up looks for, plus `files` (paths under drive C).
 Files Installed(const Files& files = {});
