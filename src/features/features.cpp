@@ -1,7 +1,7 @@
 #include "features/features.hpp"
 
 #include "calc/calcx_form.hpp"
-#include "convert/driver.hpp"
+#include "convert/windows/fileconv.hpp"
 #include "moldb/updatmol.hpp"
 #include "mollog/logtohtm.hpp"
 #include "readurl/readurl.hpp"

@@ -78,7 +78,6 @@ void Main(Program& p, const std::string& commandLine, std::string_view window) {
     FindTempDir(p);
     ClearFilConvLogs(p);
     p.ElementSymbols = kElementSymbols;
-    p.FileTypes = kFileTypes;
     p.LibraryCount = 0;
 
     p.CommandWord = Trim(commandLine);

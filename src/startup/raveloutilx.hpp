@@ -27,7 +27,6 @@ void DispatchCommand(Program& p);
 inline constexpr std::string_view kElementSymbols =
     "HeNeArKrXeRnClBrAtSeTePoAsSbBiSiGeSnPbAlGaInTlZnCdHgCuAgAuNiPdPtCoRhIrFeRuOsMnTcReCrMoNbTaTiZrHfScLaAc"
     "BeMgCaSrBaRaLiNaRbCsFrCeThPrPaNdPmSmEuGdTbDyHoErTmYbLu";
-inline constexpr std::string_view kFileTypes = "alccifcmfcsdm3dmol2pdbentschxyzsdfmopmm2mm3mm4mmxinpxcxcc";
 inline constexpr std::string_view kNotOffered = "Sorry, this application is not currently offered.";
 
 }  // namespace ravelo

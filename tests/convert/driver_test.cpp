@@ -2,7 +2,7 @@
 // modeller drives them.
 #include <gtest/gtest.h>
 
-#include "convert/driver.hpp"
+#include "convert/windows/fileconv.hpp"
 #include "support/test_program.hpp"
 
 namespace ravelo {
@@ -67,6 +67,20 @@ TEST(FileConvStart, QuotedNameLosesItsQuotes) {
     t.Write("C:\\data\\w.xyz", kWater);
     EXPECT_EQ(t.Run("fileconv \"C:\\data\\w.xyz\""), 0);
     EXPECT_TRUE(t.Exists("C:\\data\\w.sxs"));
+}
+
+TEST(FormatTable, EachExtensionReachesItsReader) {
+    TestProgram t;
+    // The extension is the last three characters: ".mol2" is "ol2", which
+    // nothing converts; ".mop" goes to the Tripos reader, never MOPAC's.
+    const std::pair<std::string_view, std::string_view> routes[] = {
+        {"alc", "Alchemy"}, {"cif", "CSD"}, {"cmf", "CSD"},  {"csd", "CSD"}, {"pdb", "PDB"},   {"ent", "PDB"},
+        {"xyz", "XYZ"},     {"xcx", "XCX"}, {"xcc", "XCC"},  {"sch", "Schakal"}, {"m3d", "M3D"}, {"mol", "MDL"},
+        {"sdf", "MDL"},     {"mop", "Tripos"}, {"ol2", ""},  {"inp", ""},    {"mm2", ""},      {"out", ""}};
+    for (const auto& [extension, window] : routes) EXPECT_EQ(ConverterWindowFor(t.program(), extension), window) << extension;
+    // What a bare name on the command line is tested against.
+    EXPECT_EQ(t.program().FileTypes, "alccifcmfcsdm3dmol2pdbentschxyzsdfmopmm2mm3mm4mmxinpxcxcc");
+    EXPECT_TRUE(t.program().HasWindow("MOPAC"));
 }
 
 TEST(ConvertByType, Mol2NameIsRenamedAndNotProcessed) {

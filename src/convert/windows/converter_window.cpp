@@ -8,8 +8,8 @@
 
 namespace ravelo::windows {
 
-ConverterWindow::ConverterWindow(Program& p, std::string name, ConverterTexts texts)
-    : Form(p.ui, std::move(name), texts.caption), p_(p), texts_(std::move(texts)) {
+ConverterWindow::ConverterWindow(Program& p, const formats::Format& format)
+    : Form(p.ui, std::string(format.window), std::string(format.texts.caption)), p_(p), format_(format) {
     using ui::ControlKind;
     Add("Command1", ControlKind::Button, "Convert").onClick = [this] {
         fileName = Trim(Trim((*this)["Text1"].Text()));
@@ -28,7 +28,7 @@ ConverterWindow::ConverterWindow(Program& p, std::string name, ConverterTexts te
     };
     Add("Command4", ControlKind::Button, "EXIT").onClick = [this] { Unload(); };
     Add("Text1", ControlKind::TextBox);
-    Add("Label1", ControlKind::Label, texts_.title);
+    Add("Label1", ControlKind::Label, std::string(format_.texts.title));
     Add("Label2", ControlKind::Label, VersionLine());
     for (const char* label : {"Label3", "Label4", "Label5", "Label6"}) Add(label, ControlKind::Label);
 }
@@ -62,13 +62,21 @@ void ConverterWindow::InitConverter() {
     SetUpControls();
     if (!TakeFileName()) return;
     FilCvrt::PrepareInputFile(p_, fileName);
-    ConvertFile(fileName);
+    if (format_.libraryMarker.empty()) {
+        ConvertFile(fileName);
+    } else {
+        ConvertLibrary();
+    }
     AskConvertAnother();
     FinishConversion();
 }
 
+void ConverterWindow::ConvertFile(const std::string& name) {
+    format_.read(p_, name, memory_, [this](const std::string& text) { ShowProgress(text); });
+}
+
 void ConverterWindow::SetUpControls() {
-    (*this)["Label1"].SetCaption(texts_.title);
+    (*this)["Label1"].SetCaption(std::string(format_.texts.title));
     (*this)["Label2"].SetCaption(VersionLine());
     for (const char* label : {"Label3", "Label4", "Label5", "Label6"}) (*this)[label].SetCaption("");
     (*this)["Text1"].SetText("");
@@ -79,7 +87,7 @@ void ConverterWindow::SetUpControls() {
 
 bool ConverterWindow::TakeFileName() {
     if (fileName.empty()) {
-        (*this)["Label3"].SetCaption(texts_.prompt);
+        (*this)["Label3"].SetCaption(std::string(format_.texts.prompt));
         return false;
     }
     startedWithFile_ = 1;
@@ -97,7 +105,7 @@ void ConverterWindow::AskConvertAnother() {
         (*this)["Command3"].SetVisible(true);
         (*this)["Command4"].SetVisible(true);
         SetFocus("Command3");
-        (*this)["Label5"].SetCaption(texts_.question);
+        (*this)["Label5"].SetCaption(std::string(format_.texts.question));
     }
     p_.ui.Refresh(*this);
 }
@@ -114,28 +122,24 @@ void ConverterWindow::FinishConversion() {
     if (startedWithFile_ == 1 && Loaded()) Unload();
 }
 
-void ConverterWindow::InitLibraryConverter(const std::string& marker, std::string extension) {
-    SetUpControls();
-    if (!TakeFileName()) return;
-    FilCvrt::PrepareInputFile(p_, fileName);
-    if (extension.empty()) extension = TextFrom(fileName, ".");
+void ConverterWindow::ConvertLibrary() {
+    const std::string extension =
+        format_.entryExtension.empty() ? TextFrom(fileName, ".") : std::string(format_.entryExtension);
     std::int32_t count = 0;
-    FilCvrt::SplitLibraryFile(p_, count, fileName, marker, extension,
+    FilCvrt::SplitLibraryFile(p_, count, fileName, std::string(format_.libraryMarker), extension,
                               [this](const std::string& text) { ShowProgress(text); });
-    if (count >= 2) {
-        const std::string library = fileName;
-        (*this)["Text1"].SetText("Separating Library into Files.");
-        for (std::int32_t i = 1; i <= count; ++i) {
-            ConvertFile(DropLast(library, 4) + "_" + std::to_string(i) + extension);
-            WaitSeconds(p_, 3.0);
-        }
-        // Every "." of the full name, folders included, becomes "_".
-        FilCvrt::MoveFile(p_, library, Replace(library, ".", "_") + ".lib");
-    } else {
+    if (count < 2) {
         ConvertFile(fileName);
+        return;
     }
-    AskConvertAnother();
-    FinishConversion();
+    const std::string library = fileName;
+    (*this)["Text1"].SetText("Separating Library into Files.");
+    for (std::int32_t i = 1; i <= count; ++i) {
+        ConvertFile(DropLast(library, 4) + "_" + std::to_string(i) + extension);
+        WaitSeconds(p_, 3.0);
+    }
+    // Every "." of the full name, folders included, becomes "_".
+    FilCvrt::MoveFile(p_, library, Replace(library, ".", "_") + ".lib");
 }
 
 void ConverterWindow::ShowProgress(const std::string& text) {

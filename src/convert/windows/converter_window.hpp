@@ -1,27 +1,22 @@
 // The pattern every converter window follows: a title, a prompt, a text box
 // for the file name and the buttons Convert, Cancel, YES and EXIT. Opened by
 // the file converter with a name, the window converts that file at once and
-// closes; opened without one, it asks for a name. Each format's window gives
-// only its texts and its reader.
+// closes; opened without one, it asks for a name. A format's row of the
+// format table gives the window its texts, its reader and whether it divides
+// libraries.
 #pragma once
 
 #include <string>
 
+#include "convert/formats.hpp"
 #include "startup/program.hpp"
 #include "ui/form.hpp"
 
 namespace ravelo::windows {
 
-struct ConverterTexts {
-    std::string caption;    // the window's caption
-    std::string title;      // Label1
-    std::string prompt;     // Label3 when no name is given
-    std::string question;   // Label5 after an interactive conversion
-};
-
-class ConverterWindow : public ui::Form {
+class ConverterWindow final : public ui::Form {
 public:
-    ConverterWindow(Program& p, std::string name, ConverterTexts texts);
+    ConverterWindow(Program& p, const formats::Format& format);
 
     // The file to convert, set by the file converter before the window is
     // shown.
@@ -31,39 +26,35 @@ public:
     void Form_Activate() override;
     void Form_Unload(int& cancel) override;
 
-protected:
-    // Sets the window up and, when a name is present, converts it.
-    virtual void InitConverter();
-    // The format's reader.
-    virtual void ConvertFile(const std::string& name) = 0;
+private:
+    // Sets the window up and, when a name is present, converts it (a
+    // library first divided into its entries, each converted in turn).
+    void InitConverter();
+    void ConvertFile(const std::string& name);
     // After a conversion: hides the buttons and, for a name the user typed,
     // offers YES and EXIT with the window's question.
     void AskConvertAnother();
-
-    // The steps of InitConverter that the library windows share:
-    // the captions and buttons as at the start;
+    // The captions and buttons as at the start.
     void SetUpControls();
-    // the name taken from `fileName` (quotes dropped, trimmed, shown in
-    // Text1); false, with the prompt shown, when there is none;
+    // The name taken from `fileName` (quotes dropped, trimmed, shown in
+    // Text1); false, with the prompt shown, when there is none.
     bool TakeFileName();
-    // the end of a conversion the file converter started: "Done" on its
+    // Divides the file at the format's library marker (SplitLibraryFile);
+    // two or more entries are converted from their own files NAME_i plus
+    // the entry extension, with a 3-second pause after each, and the
+    // library is kept under a ".lib" name.
+    void ConvertLibrary();
+    // The end of a conversion the file converter started: "Done" on its
     // button, the pause, its prompt back, its file list refreshed, and this
     // window closed.
     void FinishConversion();
     // A text in the window's progress label.
     void ShowProgress(const std::string& text);
-    // InitConverter for files that may hold several entries: the file is
-    // divided at `marker` (SplitLibraryFile), each entry converted from its
-    // own file NAME_i + extension with a 3-second pause after each, and the
-    // library kept under a ".lib" name. An empty extension is the name's own,
-    // from its first ".".
-    void InitLibraryConverter(const std::string& marker, std::string extension);
 
     Program& p_;
+    const formats::Format& format_;
+    formats::ReaderMemory memory_;
     int startedWithFile_ = 0;
-
-private:
-    ConverterTexts texts_;
 };
 
 }  // namespace ravelo::windows

@@ -1,8 +1,12 @@
-// The file converter's window: drive, folder and file lists to pick a file,
-// and the button that converts it.
+// The file converter: the "fileconv" job (one file, a wildcard, or the
+// FileConv window), the safe renaming of the input, the choice of the
+// converter window by the file's extension, and the FileConv window with
+// its drive, folder and file lists and the button that converts the file
+// picked.
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "startup/program.hpp"
 #include "ui/form.hpp"
@@ -31,3 +35,24 @@ private:
 };
 
 }  // namespace ravelo::windows
+
+namespace ravelo {
+
+// The "fileconv" command: converts the file (or every match of a wildcard)
+// named by CommandTail, then ends the program; with no tail it shows the
+// FileConv window.
+void FileConvStart(Program& p);
+
+// Converts CurrentFile (or the file CommandTail names) by its extension: the
+// file is first renamed to a safe name, then its converter window is shown.
+void ConvertByType(Program& p);
+
+// The name of the converter window for a three-letter extension, or empty
+// when no window of this build converts it.
+std::string ConverterWindowFor(const Program& p, std::string_view extension);
+
+// Registers the "fileconv" command word, the file types and the converter's
+// windows.
+void RegisterConverter(Program& p);
+
+}  // namespace ravelo
