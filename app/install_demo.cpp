@@ -7,7 +7,7 @@
 #include <system_error>
 
 #include "platform/paths.hpp"
-#include "startup/run.hpp"
+#include "shell/run.hpp"
 
 namespace ravelo::app {
 namespace {

@@ -7,9 +7,9 @@
 
 #include "install_demo.hpp"
 #include "platform/paths.hpp"
-#include "startup/program.hpp"
-#include "features/features.hpp"
-#include "startup/run.hpp"
+#include "core/program.hpp"
+#include "shell/features.hpp"
+#include "shell/run.hpp"
 #ifdef RAVELO_WITH_QT
 #include "ui/qt/qt_host.hpp"
 #endif

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "convert/filcvrt.hpp"
-#include "features/features.hpp"
-#include "startup/run.hpp"
+#include "shell/features.hpp"
+#include "shell/run.hpp"
 
 namespace {
 

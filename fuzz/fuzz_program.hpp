@@ -9,8 +9,8 @@
 #include <memory>
 #include <string>
 
-#include "features/features.hpp"
-#include "startup/run.hpp"
+#include "shell/features.hpp"
+#include "shell/run.hpp"
 
 namespace ravelo::fuzz {
 

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 
 namespace ravelo::CALCULX {
 

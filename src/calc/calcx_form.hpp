@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "calc/calculx.hpp"
-#include "startup/program.hpp"
+#include "core/program.hpp"
 #include "ui/form.hpp"
 
 namespace ravelo {

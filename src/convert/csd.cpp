@@ -7,7 +7,7 @@
 #include "runtime/error.hpp"    // for Raise
 #include "runtime/number.hpp"   // for Val
 #include "runtime/text.hpp"
-#include "startup/shared.hpp"  // for DeleteIfExists, WaitSeconds, WriteFilConvN
+#include "core/shared.hpp"  // for DeleteIfExists, WaitSeconds, WriteFilConvN
 
 namespace ravelo::readers::CSD {
 namespace {

@@ -11,7 +11,7 @@
 #include <string>
 
 #include "runtime/sequential.hpp"
-#include "startup/program.hpp"
+#include "core/program.hpp"
 
 namespace ravelo::readers::CSD {
 

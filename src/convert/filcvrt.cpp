@@ -10,7 +10,7 @@
 #include "runtime/byte_scan.hpp"  // for FindUnprintable
 #include "runtime/number.hpp"   // for Val, Power, Divide, RoundHalfEven, CheckedResult
 #include "runtime/text.hpp"
-#include "startup/shared.hpp"   // for DeleteIfExists
+#include "core/shared.hpp"   // for DeleteIfExists
 
 namespace ravelo::FilCvrt {
 

@@ -11,7 +11,7 @@
 #include <string_view>
 
 #include "runtime/sequential.hpp"
-#include "startup/program.hpp"
+#include "core/program.hpp"
 
 namespace ravelo::FilCvrt {
 

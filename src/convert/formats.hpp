@@ -14,7 +14,7 @@
 #include <string_view>
 
 #include "convert/schakal.hpp"   // for the atom tables a Schakal window keeps
-#include "startup/program.hpp"
+#include "core/program.hpp"
 
 namespace ravelo::formats {
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 
 namespace ravelo::readers::M3D {
 

@@ -6,7 +6,7 @@
 #include "convert/filcvrt.hpp"  // for CleanNumericLine, ReadCoordinates, GetElementSymbol, the records
 #include "runtime/number.hpp"   // for Val, ToInt32
 #include "runtime/text.hpp"     // for Trim, LCase, InStr, TextFrom, TextUpToIncluding
-#include "startup/shared.hpp"   // for DeleteIfExists
+#include "core/shared.hpp"   // for DeleteIfExists
 
 namespace ravelo::readers::MDL {
 namespace {

@@ -9,7 +9,8 @@
 #include "runtime/error.hpp"             // for Raise
 #include "runtime/number.hpp"            // for NumText
 #include "runtime/text.hpp"              // for Trim, LCase, Left, Right, Contains, TextBefore
-#include "startup/shared.hpp"            // for DeleteIfExists
+#include "core/shared.hpp"            // for DeleteIfExists
+#include "ui/host.hpp"
 
 namespace ravelo::MM2MMX {
 namespace {

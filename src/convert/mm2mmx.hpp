@@ -8,7 +8,7 @@
 
 #include <string>
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 
 namespace ravelo::MM2MMX {
 

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 
 namespace ravelo::readers::MOPAC {
 

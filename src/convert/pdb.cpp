@@ -7,7 +7,7 @@
 #include "convert/filcvrt.hpp"  // for SplitFileName, CleanNumericLine, ReadCoordinates, the records
 #include "runtime/number.hpp"   // for Val, ToInt32
 #include "runtime/text.hpp"     // for Trim, LCase, Left, Mid, TextBefore, TextFrom
-#include "startup/shared.hpp"   // for DeleteIfExists, WaitSeconds, WriteFilConvN
+#include "core/shared.hpp"   // for DeleteIfExists, WaitSeconds, WriteFilConvN
 
 namespace ravelo::readers::PDB {
 namespace {

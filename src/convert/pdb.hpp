@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 
 namespace ravelo::readers::PDB {
 

@@ -5,7 +5,7 @@
 #include "runtime/error.hpp"    // for Raise
 #include "runtime/number.hpp"   // for Val
 #include "runtime/text.hpp"     // for Trim, UCase, Left, Mid, TextFrom, TextUpToIncluding
-#include "startup/shared.hpp"   // for DeleteIfExists
+#include "core/shared.hpp"   // for DeleteIfExists
 
 namespace ravelo::readers::Schakal {
 namespace {

@@ -7,7 +7,7 @@
 #include "runtime/error.hpp"
 #include "runtime/number.hpp"   // for NumText
 #include "runtime/text.hpp"
-#include "startup/shared.hpp"   // for WaitSeconds, WriteFilConvLib
+#include "core/shared.hpp"   // for WaitSeconds, WriteFilConvLib
 
 namespace ravelo::FilCvrt {
 

@@ -9,7 +9,7 @@
 #include "runtime/error.hpp"    // for Raise
 #include "runtime/number.hpp"   // for CheckedResult
 #include "runtime/text.hpp"     // for TextBefore
-#include "startup/shared.hpp"   // for DeleteIfExists, WaitSeconds
+#include "core/shared.hpp"   // for DeleteIfExists, WaitSeconds
 
 namespace ravelo::readers::XCC {
 namespace {

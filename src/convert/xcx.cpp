@@ -6,7 +6,7 @@
 #include "convert/filcvrt.hpp"  // for SplitFileName, CleanNumericLine, ReadCoordinates, GetElementSymbol
 #include "runtime/number.hpp"   // for Val, CheckedResult
 #include "runtime/text.hpp"
-#include "startup/shared.hpp"  // for DeleteIfExists
+#include "core/shared.hpp"  // for DeleteIfExists
 
 namespace ravelo::readers::XCX {
 namespace {

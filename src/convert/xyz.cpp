@@ -6,7 +6,7 @@
 #include "convert/filcvrt.hpp"  // for SplitFileName, CleanNumericLine, ReadCoordinates, the records
 #include "runtime/number.hpp"   // for Val, ToInt32
 #include "runtime/text.hpp"     // for Trim, TextBefore, Contains
-#include "startup/shared.hpp"   // for DeleteIfExists
+#include "core/shared.hpp"   // for DeleteIfExists
 
 namespace ravelo::readers::XYZ {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 
 namespace ravelo::readers::XYZ {
 

@@ -11,7 +11,8 @@
 #include "runtime/error.hpp"
 #include "runtime/number.hpp"  // for ToInt32
 #include "runtime/text.hpp"    // for Contains, DropLast, Left, Mid
-#include "startup/shared.hpp"  // for CheckInstallation, WaitSeconds
+#include "core/shared.hpp"  // for CheckInstallation, WaitSeconds
+#include "ui/host.hpp"
 
 namespace ravelo {
 

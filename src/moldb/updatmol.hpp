@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 #include "ui/form.hpp"
 
 namespace ravelo {

@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 #include "ui/form.hpp"
 
 namespace ravelo::UpdatMol {

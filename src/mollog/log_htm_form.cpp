@@ -1,7 +1,8 @@
 // The LogHtmForm1 window.
 #include "mollog/log_htm_form.hpp"
 
-#include "startup/shared.hpp"  // for CheckInstallation, FileExists
+#include "core/shared.hpp"  // for CheckInstallation, FileExists
+#include "ui/host.hpp"
 
 namespace ravelo::LogToHtm {
 namespace {

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "mollog/logtohtm.hpp"
-#include "startup/program.hpp"
+#include "core/program.hpp"
 #include "ui/form.hpp"
 
 namespace ravelo::LogToHtm {

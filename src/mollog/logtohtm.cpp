@@ -8,7 +8,8 @@
 
 #include "mollog/log_htm_form.hpp"
 #include "runtime/text.hpp"    // for Contains, LCase, Replace, Right, TextAfter, TextBefore, Trim
-#include "startup/shared.hpp"  // for FileExists
+#include "core/shared.hpp"  // for FileExists
+#include "ui/host.hpp"
 
 namespace ravelo::LogToHtm {
 namespace {

@@ -5,6 +5,8 @@
 
 #include "runtime/error.hpp"
 #include "runtime/text.hpp"
+#include "ui/host.hpp"
+#include "platform/download.hpp"
 
 namespace ravelo {
 

@@ -1,7 +1,7 @@
 // The internet file reader: "readurl ADDRESS TARGET" fetches one file.
 #pragma once
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 #include "ui/form.hpp"
 
 namespace ravelo {

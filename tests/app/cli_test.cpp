@@ -2,7 +2,7 @@
 // script host, deleting by command, and the translation of host paths.
 #include <gtest/gtest.h>
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 #include "support/test_program.hpp"
 
 namespace ravelo {

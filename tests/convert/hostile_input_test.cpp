@@ -18,7 +18,7 @@
 #include "convert/mopac.hpp"
 #include "convert/schakal.hpp"
 #include "convert/tripos.hpp"
-#include "startup/raveloutilx.hpp"  // for kElementSymbols
+#include "core/program.hpp"  // for kElementSymbols
 #include "support/error_of.hpp"
 #include "support/test_program.hpp"
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "startup/raveloutilx.hpp"  // for kElementSymbols
+#include "core/program.hpp"  // for kElementSymbols
 #include "support/error_of.hpp"
 #include "support/test_program.hpp"
 

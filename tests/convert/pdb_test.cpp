@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "convert/filcvrt.hpp"
-#include "startup/raveloutilx.hpp"  // for kElementSymbols
-#include "startup/shared.hpp"       // for GetTempDir
+#include "core/program.hpp"  // for kElementSymbols
+#include "core/shared.hpp"       // for GetTempDir
 #include "support/error_of.hpp"
 #include "support/sxs_record.hpp"
 #include "support/test_program.hpp"

@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 #include "support/test_program.hpp"
 
 namespace ravelo::test {

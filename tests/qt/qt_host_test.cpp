@@ -16,7 +16,7 @@
 
 #include "qt/qt_program.hpp"
 #include "runtime/error.hpp"
-#include "startup/run.hpp"
+#include "shell/run.hpp"
 
 namespace ravelo::ui {
 namespace {

@@ -15,9 +15,11 @@
 #include <QTest>
 #include <QTimer>
 
-#include "features/features.hpp"
+#include "shell/features.hpp"
 #include "runtime/error.hpp"
-#include "startup/raveloutilx.hpp"
+#include "shell/raveloutilx.hpp"
+#include "ui/host.hpp"
+#include "platform/download.hpp"
 
 namespace ravelo::test {
 

@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 #include "support/test_program.hpp"
 #include "ui/qt/qt_host.hpp"
 

@@ -12,7 +12,7 @@
 #include <QTest>
 
 #include "qt/qt_program.hpp"
-#include "startup/raveloutilx.hpp"
+#include "shell/raveloutilx.hpp"
 
 namespace ravelo {
 namespace {

@@ -10,10 +10,12 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "features/features.hpp"
+#include "shell/features.hpp"
 #include "platform/host.hpp"
-#include "startup/run.hpp"
+#include "shell/run.hpp"
 #include "ui/script_host.hpp"
+#include "ui/host.hpp"
+#include "platform/download.hpp"
 
 extern char** environ;
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 
 namespace ravelo::test {
 

@@ -4,7 +4,8 @@
 #include "convert/filcvrt.hpp"
 #include "convert/windows/fileconv.hpp"
 #include "runtime/text.hpp"
-#include "startup/shared.hpp"
+#include "core/shared.hpp"
+#include "ui/host.hpp"
 
 namespace ravelo::windows {
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "convert/formats.hpp"
-#include "startup/program.hpp"
+#include "core/program.hpp"
 #include "ui/form.hpp"
 
 namespace ravelo::windows {

@@ -10,7 +10,8 @@
 #include "runtime/error.hpp"
 #include "runtime/number.hpp"
 #include "runtime/text.hpp"
-#include "startup/shared.hpp"
+#include "core/shared.hpp"
+#include "ui/host.hpp"
 
 namespace ravelo::windows {
 namespace {

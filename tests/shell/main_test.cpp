@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "runtime/error.hpp"
-#include "startup/raveloutilx.hpp"
-#include "startup/run.hpp"
-#include "startup/shared.hpp"
+#include "shell/raveloutilx.hpp"
+#include "shell/run.hpp"
+#include "core/shared.hpp"
 #include "support/test_program.hpp"
 
 namespace ravelo {

@@ -10,10 +10,18 @@
 #include <string>
 #include <string_view>
 
-#include "platform/download.hpp"
 #include "platform/filesystem.hpp"
 #include "platform/host.hpp"
-#include "ui/host.hpp"
+
+// The window host and the downloader are used through references here; the
+// routines that show windows or download include their headers.
+namespace ravelo::ui {
+class Form;
+class UiHost;
+}  // namespace ravelo::ui
+namespace ravelo::platform {
+class Downloader;
+}  // namespace ravelo::platform
 
 namespace ravelo {
 
@@ -108,6 +116,11 @@ private:
     std::map<std::string, WindowFactory> factories_;        // by lower-case name
     std::map<std::string, std::unique_ptr<ui::Form>> windows_;
 };
+
+// The element symbols that start-up gives the readers (GetElementSymbol).
+inline constexpr std::string_view kElementSymbols =
+    "HeNeArKrXeRnClBrAtSeTePoAsSbBiSiGeSnPbAlGaInTlZnCdHgCuAgAuNiPdPtCoRhIrFeRuOsMnTcReCrMoNbTaTiZrHfScLaAc"
+    "BeMgCaSrBaRaLiNaRbCsFrCeThPrPaNdPmSmEuGdTbDyHoErTmYbLu";
 
 // The program's title and its version line.
 inline constexpr std::string_view kProgramTitle = "RaveloUtils";

@@ -8,7 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
+#include "platform/download.hpp"   // complete services for a Program to be made
+#include "ui/host.hpp"
 
 namespace ravelo {
 

@@ -1,7 +1,7 @@
 // The main window: a menu of clickable labels, one per utility.
 #pragma once
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 #include "ui/form.hpp"
 
 namespace ravelo {

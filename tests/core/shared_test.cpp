@@ -2,11 +2,10 @@
 // deleting by command.
 #include <gtest/gtest.h>
 
+#include "core/shared.hpp"
 #include "runtime/error.hpp"
-#include "startup/raveloutilx.hpp"
-#include "startup/shared.hpp"
 #include "support/test_program.hpp"
-#include "ui/form.hpp"
+#include "ui/host.hpp"
 
 namespace ravelo {
 namespace {

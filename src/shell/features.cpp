@@ -1,11 +1,11 @@
-#include "features/features.hpp"
+#include "shell/features.hpp"
 
 #include "calc/calcx_form.hpp"
 #include "convert/windows/fileconv.hpp"
 #include "moldb/updatmol.hpp"
 #include "mollog/logtohtm.hpp"
 #include "readurl/readurl.hpp"
-#include "startup/run.hpp"
+#include "shell/run.hpp"
 
 namespace ravelo {
 

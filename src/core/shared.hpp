@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 
 namespace ravelo {
 

@@ -1,8 +1,9 @@
 // Routines shared by every utility.
-#include "startup/shared.hpp"
+#include "core/shared.hpp"
 
 #include "runtime/error.hpp"
 #include "runtime/text.hpp"
+#include "ui/host.hpp"
 
 namespace ravelo {
 namespace {

@@ -1,8 +1,9 @@
 // The main window of the program.
-#include "startup/main_window.hpp"
+#include "shell/main_window.hpp"
 
 #include "runtime/error.hpp"
-#include "startup/raveloutilx.hpp"
+#include "shell/raveloutilx.hpp"
+#include "ui/host.hpp"
 
 namespace ravelo {
 

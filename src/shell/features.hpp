@@ -1,7 +1,7 @@
 // The utilities and windows of this build, registered with a program.
 #pragma once
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 
 namespace ravelo {
 

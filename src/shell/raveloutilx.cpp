@@ -1,11 +1,12 @@
 // Start-up and command dispatch.
-#include "startup/raveloutilx.hpp"
+#include "shell/raveloutilx.hpp"
 
 #include "runtime/error.hpp"
 #include "runtime/number.hpp"
 #include "runtime/text.hpp"
-#include "startup/main_window.hpp"
-#include "startup/shared.hpp"
+#include "shell/main_window.hpp"
+#include "core/shared.hpp"
+#include "ui/host.hpp"
 
 namespace ravelo {
 namespace {

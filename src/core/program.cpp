@@ -1,8 +1,10 @@
 // The program-wide values and services, and the window registry.
-#include "startup/program.hpp"
+#include "core/program.hpp"
 
 #include "runtime/error.hpp"
 #include "runtime/text.hpp"
+#include "ui/host.hpp"
+#include "platform/download.hpp"
 
 namespace ravelo {
 

@@ -1,5 +1,5 @@
 // The run of the program as a process.
-#include "startup/run.hpp"
+#include "shell/run.hpp"
 
 #include <cstdlib>
 #include <fstream>
@@ -8,9 +8,11 @@
 
 #include "runtime/error.hpp"
 #include "runtime/text.hpp"
-#include "startup/main_window.hpp"
-#include "startup/raveloutilx.hpp"
+#include "shell/main_window.hpp"
+#include "shell/raveloutilx.hpp"
 #include "ui/script_host.hpp"
+#include "ui/host.hpp"
+#include "platform/download.hpp"
 
 namespace ravelo {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "startup/program.hpp"
+#include "core/program.hpp"
 
 namespace ravelo {
 
@@ -24,9 +24,6 @@ void ReadCommandLine(Program& p, const std::string& commandLine);
 void DispatchCommand(Program& p);
 
 // The texts that start-up sets.
-inline constexpr std::string_view kElementSymbols =
-    "HeNeArKrXeRnClBrAtSeTePoAsSbBiSiGeSnPbAlGaInTlZnCdHgCuAgAuNiPdPtCoRhIrFeRuOsMnTcReCrMoNbTaTiZrHfScLaAc"
-    "BeMgCaSrBaRaLiNaRbCsFrCeThPrPaNdPmSmEuGdTbDyHoErTmYbLu";
 inline constexpr std::string_view kNotOffered = "Sorry, this application is not currently offered.";
 
 }  // namespace ravelo
