@@ -5,12 +5,10 @@
 #include <map>
 
 #include "convert/filcvrt.hpp"           // for SplitFileName, the records, ValidateOutputFile
-#include "convert/windows/fileconv.hpp"  // the converter window this reports on
 #include "runtime/error.hpp"             // for Raise
 #include "runtime/number.hpp"            // for NumText
 #include "runtime/text.hpp"              // for Trim, LCase, Left, Right, Contains, TextBefore
 #include "core/shared.hpp"            // for DeleteIfExists
-#include "ui/host.hpp"
 
 namespace ravelo::MM2MMX {
 namespace {
@@ -53,17 +51,12 @@ bool FindNextX(InputFile& in, double& x);
 
 }  // namespace
 
-void Main(Program& p) {
+void Main(Program& p, const std::function<void()>& done) {
     std::string name = p.CurrentFile;
     if (Contains(name, "\"")) name = DropFirst(DropLast(name, 1));
     name = Trim(name);
     ConvertFile(p, name, LCase(Right(name, 2)));
-    if (name.empty()) return;
-    windows::FileConv& converter = windows::FileConv::Of(p);
-    converter["Command1"].SetCaption("Done");
-    p.ui.Refresh(converter);
-    converter["Command1"].SetCaption(p.SelectFilePrompt);
-    converter.RefreshFiles();
+    if (!name.empty()) done();
 }
 
 void ConvertFile(Program& p, const std::string& fileName, const std::string& dialect) {

@@ -6,6 +6,7 @@
 // the file converter runs this and it reports back on the converter's window.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "core/program.hpp"
@@ -14,8 +15,9 @@ namespace ravelo::MM2MMX {
 
 // Converts the file the converter is working on (CurrentFile, quotes
 // dropped, trimmed) in the dialect of its name's last two characters, then
-// shows "Done" on the converter window's button and refreshes its file list.
-void Main(Program& p);
+// calls `done` (the converter window shows "Done" and its files again); an
+// empty name converts nothing and calls nothing.
+void Main(Program& p, const std::function<void()>& done);
 
 // Converts `fileName` in `dialect` ("m2", "m3", "m4", "mx", "np" or any
 // other) to the SXS file beside it (the path cut before its first ".", then

@@ -7,24 +7,12 @@
 #include <memory>
 #include <string>
 
-#include "moldb/updt_mol_form.hpp"
 #include "runtime/error.hpp"
 #include "runtime/number.hpp"  // for ToInt32
 #include "runtime/text.hpp"    // for Contains, DropLast, Left, Mid
 #include "core/shared.hpp"  // for CheckInstallation, WaitSeconds
 #include "ui/host.hpp"
 
-namespace ravelo {
-
-void RegisterMolDb(Program& p) {
-    p.utilities["updtmol"] = [](Program& program) {
-        program.ui.Show(program.Window(UpdatMol::UpdtMolForm1::kName), false);
-    };
-    p.RegisterWindow(std::string(UpdatMol::UpdtMolForm1::kName),
-                     [](Program& program) { return std::make_unique<UpdatMol::UpdtMolForm1>(program); });
-}
-
-}  // namespace ravelo
 
 namespace ravelo::UpdatMol {
 namespace {
@@ -87,9 +75,6 @@ void WriteHeader(OutputFile& out, const SubfileHeader& header) {
 
 void WriteQuoted(OutputFile& out, std::string text) { out.WriteRecord({Field::Text(std::move(text))}); }
 
-void SetCaption(ui::Form& window, const char* control, std::string text) {
-    window[control].SetCaption(std::move(text));
-}
 
 std::string LogPath(const Program& p) { return p.InstallDrive + "\\ravelo\\molecule.log"; }
 std::string SettingsPath(const Program& p) { return p.InstallDrive + "\\ravelo\\updtmol.dat"; }
@@ -134,12 +119,12 @@ void FieldMap::Set(std::int32_t field, Source source) {
 // Reads the settings file into `map` and returns the record limit per
 // subfile. Without a usable file, Label6 says so and the read that follows
 // fails (error 53).
-std::int32_t ReadFieldMap(Program& p, ui::Form& window, FieldMap& map) {
+std::int32_t ReadFieldMap(Program& p, TransferView& view, FieldMap& map) {
     const std::string path = SettingsPath(p);
     if (FileLiveOrDead(p, path) == "dead") {
         // Reported only; the read below then fails on the missing file.
-        SetCaption(window, "Label6", "No UPDTMOL.DAT file was found.  Must terminate.");
-        p.ui.Refresh(window);
+        view.SetMessage(6, "No UPDTMOL.DAT file was found.  Must terminate.");
+        view.Repaint();
     }
     InputFile in = p.fs.OpenInput(path);
     // Every line starts with a label, which is skipped.
@@ -340,7 +325,7 @@ std::array<std::string, 3> SplitDescription(std::string_view description, std::i
     return parts;
 }
 
-void UpdateDatabase(Program& p, ui::Form& window) {
+void UpdateDatabase(Program& p, TransferView& view) {
     if (p.InstallDrive.empty()) CheckInstallation(p);
     const std::string log = LogPath(p);
     if (FileLiveOrDead(p, log) == "dead") {
@@ -350,20 +335,19 @@ void UpdateDatabase(Program& p, ui::Form& window) {
 
     const LogCount counted = CountLogRecords(p);
     const long long count = counted.count, transferred = counted.transferred;
-    SetCaption(window, "Label3", std::to_string(count) + " records are present in the Molecule.Log.");
-    SetCaption(window, "Label4", std::to_string(transferred) + " of these have been transferred");
-    SetCaption(window, "Label5",
+    view.SetMessage(3, std::to_string(count) + " records are present in the Molecule.Log.");
+    view.SetMessage(4, std::to_string(transferred) + " of these have been transferred");
+    view.SetMessage(5,
                std::to_string(count - transferred) + " new records have not yet been transferred.");
-    SetCaption(window, "Label6", "");
-    p.ui.Refresh(window);
+    view.SetMessage(6, "");
+    view.Repaint();
     WaitSeconds(p, 2.0);
 
-    ui::Control& button = window["Command1"];
-    if (button.Caption() == "BEGIN") {
+    if (view.Button() == "BEGIN") {
         // The first click only counts; the transfer waits for GO.
-        button.SetCaption("GO");
-        window["Label6"].SetBackColour(kLightYellow);
-        SetCaption(window, "Label6", "Click GO to transfer these records.");
+        view.SetButton("GO");
+        view.MarkWaiting();
+        view.SetMessage(6, "Click GO to transfer these records.");
         return;
     }
 
@@ -379,13 +363,13 @@ void UpdateDatabase(Program& p, ui::Form& window) {
         long long room = 0;
         FindSubfile(p, subfile, fieldCount, fieldWidth, room, 0);
         FieldMap map(fieldCount);
-        const std::int32_t subfileLimit = ReadFieldMap(p, window, map);
+        const std::int32_t subfileLimit = ReadFieldMap(p, view, map);
         subfile.clear();
         FindSubfile(p, subfile, fieldCount, fieldWidth, room, subfileLimit);
         if (room == 0) {
-            SetCaption(window, "Label5",
+            view.SetMessage(5,
                        "You must manually add a new record to the database '\\Dmor\\Molecule'");
-            SetCaption(window, "Label6", "in order to create a new subfile in that database.");
+            view.SetMessage(6, "in order to create a new subfile in that database.");
             return;
         }
 
@@ -413,24 +397,24 @@ void UpdateDatabase(Program& p, ui::Form& window) {
         }
         out.Close();
     }
-    SetCaption(window, "Label5", std::to_string(added) + " records were added to " + subfile);
-    p.ui.Refresh(window);
+    view.SetMessage(5, std::to_string(added) + " records were added to " + subfile);
+    view.Repaint();
 
     ExtendSubfile(p, subfile, records, added);
     MarkLog(p, transferred, added);
 
     const long long left = count - transferred - added;
-    SetCaption(window, "Label3", std::to_string(count) + " records are present in the Molecule.Log.");
-    window["Label6"].SetBackColour(kLightYellow);
+    view.SetMessage(3, std::to_string(count) + " records are present in the Molecule.Log.");
+    view.MarkWaiting();
     if (left < 1) {
-        SetCaption(window, "Label4", "");
-        SetCaption(window, "Label5", "");
-        SetCaption(window, "Label6", "All the relevant DMOR Molecule Database subfiles have been updated");
-        button.SetVisible(false);
+        view.SetMessage(4, "");
+        view.SetMessage(5, "");
+        view.SetMessage(6, "All the relevant DMOR Molecule Database subfiles have been updated");
+        view.HideButton();
     } else {
-        SetCaption(window, "Label4", std::to_string(transferred + added) + " of these have been transferred");
-        SetCaption(window, "Label5", std::to_string(left) + " new records have not yet been transferred.");
-        SetCaption(window, "Label6", "Continue to transfer these records by clicking GO");
+        view.SetMessage(4, std::to_string(transferred + added) + " of these have been transferred");
+        view.SetMessage(5, std::to_string(left) + " new records have not yet been transferred.");
+        view.SetMessage(6, "Continue to transfer these records by clicking GO");
     }
 }
 

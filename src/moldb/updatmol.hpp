@@ -6,29 +6,28 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "core/program.hpp"
-#include "ui/form.hpp"
-
-namespace ravelo {
-
-// Registers the command word "updtmol" and the window UpdtMolForm1.
-void RegisterMolDb(Program& p);
-
-}  // namespace ravelo
 
 namespace ravelo::UpdatMol {
 
-// A colour as the platform stores it, blue-green-red, in the window model's
-// red-green-blue order.
-constexpr ui::Colour FromStoredColour(std::uint32_t bgr) {
-    return ((bgr & 0xFF) << 16) | (bgr & 0xFF00) | ((bgr >> 16) & 0xFF);
-}
-inline constexpr ui::Colour kRed = FromStoredColour(0x0000FF);          // work under way
-inline constexpr ui::Colour kLightYellow = FromStoredColour(0xC0FFFF);  // waiting for the user
+// What the transfer shows in its window: four message lines, the button
+// that leads it on, and a mark that it waits for the user.
+class TransferView {
+public:
+    virtual ~TransferView() = default;
+    // Message line 3 to 6 (the window's Label3 to Label6).
+    virtual void SetMessage(int line, std::string text) = 0;
+    // Line 6 marked as waiting for the user.
+    virtual void MarkWaiting() = 0;
+    virtual std::string Button() = 0;
+    virtual void SetButton(std::string caption) = 0;
+    virtual void HideButton() = 0;
+    // Brings the window on screen up to date.
+    virtual void Repaint() = 0;
+};
 
 // Subfile n: \dmor\molecule.001, ... molecule.012, ... molecule.120.
 std::string SubfilePath(const Program& p, long long n);
@@ -43,6 +42,6 @@ std::array<std::string, 3> SplitDescription(std::string_view description, std::i
 // One click of the window's button: counts the log's records first (BEGIN),
 // then transfers the new ones (GO) up to the room of one subfile, updates
 // the subfile's record count and marks the log.
-void UpdateDatabase(Program& p, ui::Form& window);
+void UpdateDatabase(Program& p, TransferView& view);
 
 }  // namespace ravelo::UpdatMol

@@ -1,7 +1,9 @@
 // The UpdtMolForm1 window.
 #include "moldb/updt_mol_form.hpp"
 
-#include "moldb/updatmol.hpp"
+#include <memory>
+
+#include "ui/host.hpp"
 
 namespace ravelo::UpdatMol {
 
@@ -10,7 +12,7 @@ UpdtMolForm1::UpdtMolForm1(Program& p)
     using ui::ControlKind;
     Add("Command1", ControlKind::Button, "BEGIN").onClick = [this] {
         (*this)["Label6"].SetBackColour(kRed);
-        UpdateDatabase(p_, *this);
+        UpdateDatabase(p_, static_cast<TransferView&>(*this));
     };
     Add("Command2", ControlKind::Button, "EXIT").onClick = [this] { Unload(); };
     for (const char* label : {"Label1", "Label2", "Label3", "Label4", "Label5", "Label6"})
@@ -27,4 +29,27 @@ void UpdtMolForm1::Form_Load() {
     (*this)["Label2"].SetCaption(VersionLine());
 }
 
+void UpdtMolForm1::SetMessage(int line, std::string text) {
+    (*this)["Label" + std::to_string(line)].SetCaption(std::move(text));
+}
+
+void UpdtMolForm1::MarkWaiting() { (*this)["Label6"].SetBackColour(kLightYellow); }
+std::string UpdtMolForm1::Button() { return (*this)["Command1"].Caption(); }
+void UpdtMolForm1::SetButton(std::string caption) { (*this)["Command1"].SetCaption(std::move(caption)); }
+void UpdtMolForm1::HideButton() { (*this)["Command1"].SetVisible(false); }
+void UpdtMolForm1::Repaint() { p_.ui.Refresh(*this); }
+
 }  // namespace ravelo::UpdatMol
+
+
+namespace ravelo {
+
+void RegisterMolDb(Program& p) {
+    p.utilities["updtmol"] = [](Program& program) {
+        program.ui.Show(program.Window(UpdatMol::UpdtMolForm1::kName), false);
+    };
+    p.RegisterWindow(std::string(UpdatMol::UpdtMolForm1::kName),
+                     [](Program& program) { return std::make_unique<UpdatMol::UpdtMolForm1>(program); });
+}
+
+}  // namespace ravelo

@@ -3,14 +3,32 @@
 // report the counts.
 #pragma once
 
+#include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "core/program.hpp"
+#include "moldb/updatmol.hpp"
 #include "ui/form.hpp"
+
+namespace ravelo {
+
+// Registers the command word "updtmol" and the window UpdtMolForm1.
+void RegisterMolDb(Program& p);
+
+}  // namespace ravelo
 
 namespace ravelo::UpdatMol {
 
-class UpdtMolForm1 : public ui::Form {
+// A colour as the platform stores it, blue-green-red, in the window model's
+// red-green-blue order.
+constexpr ui::Colour FromStoredColour(std::uint32_t bgr) {
+    return ((bgr & 0xFF) << 16) | (bgr & 0xFF00) | ((bgr >> 16) & 0xFF);
+}
+inline constexpr ui::Colour kRed = FromStoredColour(0x0000FF);          // work under way
+inline constexpr ui::Colour kLightYellow = FromStoredColour(0xC0FFFF);  // waiting for the user
+
+class UpdtMolForm1 : public ui::Form, private TransferView {
 public:
     static constexpr std::string_view kName = "UpdtMolForm1";
     explicit UpdtMolForm1(Program& p);
@@ -18,6 +36,13 @@ public:
     void Form_Load() override;
 
 private:
+    void SetMessage(int line, std::string text) override;
+    void MarkWaiting() override;
+    std::string Button() override;
+    void SetButton(std::string caption) override;
+    void HideButton() override;
+    void Repaint() override;
+
     Program& p_;
 };
 

@@ -1,6 +1,8 @@
 // The LogHtmForm1 window.
 #include "mollog/log_htm_form.hpp"
 
+#include <memory>
+
 #include "core/shared.hpp"  // for CheckInstallation, FileExists
 #include "ui/host.hpp"
 
@@ -8,6 +10,15 @@ namespace ravelo::LogToHtm {
 namespace {
 
 constexpr std::string_view kDone = "The task was completed successfully.";
+
+// The command word's launcher: a fresh record buffer, the mode word from
+// the argument, and the window shown.
+void Launch(Program& p) {
+    auto& window = p.Window<LogHtmForm1>(LogHtmForm1::kName);
+    window.record = RecordBuffer{};
+    window.mode = ModeWord(p.CommandTail);
+    p.ui.Show(window, false);
+}
 
 }  // namespace
 
@@ -67,3 +78,13 @@ void LogHtmForm1::ShowMessage(std::string text) {
 }
 
 }  // namespace ravelo::LogToHtm
+
+namespace ravelo {
+
+void RegisterMolLog(Program& p) {
+    p.utilities["logtohtm"] = LogToHtm::Launch;
+    p.RegisterWindow(std::string(LogToHtm::LogHtmForm1::kName),
+                     [](Program& program) { return std::make_unique<LogToHtm::LogHtmForm1>(program); });
+}
+
+}  // namespace ravelo

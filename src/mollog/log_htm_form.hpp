@@ -9,6 +9,13 @@
 #include "core/program.hpp"
 #include "ui/form.hpp"
 
+namespace ravelo {
+
+// Registers the command word "logtohtm" and the window LogHtmForm1.
+void RegisterMolLog(Program& p);
+
+}  // namespace ravelo
+
 namespace ravelo::LogToHtm {
 
 class LogHtmForm1 : public ui::Form {

@@ -6,10 +6,8 @@
 #include <memory>
 #include <utility>
 
-#include "mollog/log_htm_form.hpp"
 #include "runtime/text.hpp"    // for Contains, LCase, Replace, Right, TextAfter, TextBefore, Trim
 #include "core/shared.hpp"  // for FileExists
-#include "ui/host.hpp"
 
 namespace ravelo::LogToHtm {
 namespace {
@@ -75,14 +73,6 @@ bool IsLinkEnd(char c) {
     return code >= 65 && code <= 122;
 }
 
-// The command word's launcher: a fresh record buffer, the mode word from
-// the argument, and the window shown.
-void Launch(Program& p) {
-    auto& window = p.Window<LogHtmForm1>(LogHtmForm1::kName);
-    window.record = RecordBuffer{};
-    window.mode = ModeWord(p.CommandTail);
-    p.ui.Show(window, false);
-}
 
 }  // namespace
 
@@ -201,13 +191,3 @@ void CopyHtmlToLog(Program& p, std::string_view mode, RecordBuffer& record) {
 }
 
 }  // namespace ravelo::LogToHtm
-
-namespace ravelo {
-
-void RegisterMolLog(Program& p) {
-    p.utilities["logtohtm"] = LogToHtm::Launch;
-    p.RegisterWindow(std::string(LogToHtm::LogHtmForm1::kName),
-                     [](Program& program) { return std::make_unique<LogToHtm::LogHtmForm1>(program); });
-}
-
-}  // namespace ravelo

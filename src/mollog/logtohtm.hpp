@@ -10,13 +10,6 @@
 
 #include "core/program.hpp"
 
-namespace ravelo {
-
-// Registers the command word "logtohtm" and the window LogHtmForm1.
-void RegisterMolLog(Program& p);
-
-}  // namespace ravelo
-
 namespace ravelo::LogToHtm {
 
 // The molecule log, \ravelo\molecule.log on the installation drive.

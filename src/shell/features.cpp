@@ -2,8 +2,8 @@
 
 #include "calc/calcx_form.hpp"
 #include "convert/windows/fileconv.hpp"
-#include "moldb/updatmol.hpp"
-#include "mollog/logtohtm.hpp"
+#include "moldb/updt_mol_form.hpp"
+#include "mollog/log_htm_form.hpp"
 #include "readurl/readurl.hpp"
 #include "shell/run.hpp"
 

@@ -1,6 +1,7 @@
 // The database transfer: the recorded run, the demo installation, and the
 // cases that decide where records go and which log lines get their "*".
 #include "moldb/updatmol.hpp"
+#include "ui/form.hpp"
 
 #include <gtest/gtest.h>
 

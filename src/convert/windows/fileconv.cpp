@@ -101,6 +101,13 @@ void FileConv::ShowFolder(const std::string& folder) {
     RefreshFiles();
 }
 
+void FileConv::ShowDone() {
+    (*this)["Command1"].SetCaption("Done");
+    p_.ui.Refresh(*this);
+    (*this)["Command1"].SetCaption(p_.SelectFilePrompt);
+    RefreshFiles();
+}
+
 void FileConv::RefreshFiles() {
     ui::Control& files = (*this)["File1"];
     files.Clear();
@@ -204,7 +211,7 @@ void ConvertByType(Program& p) {
     // reported on the FileConv window.
     const formats::FileType* type = formats::TypeOfExtension(extension);
     if (type != nullptr && type->route == formats::Route::ForceField) {
-        MM2MMX::Main(p);
+        MM2MMX::Main(p, [&p] { FileConv::Of(p).ShowDone(); });
         return;
     }
     const std::string window = ConverterWindowFor(p, extension);

@@ -27,6 +27,9 @@ public:
 
     // Lists the files of the file list's folder again.
     void RefreshFiles();
+    // A conversion without a window of its own is over: "Done" on the
+    // button, then its prompt again, and the files listed again.
+    void ShowDone();
 
 private:
     void ShowFolder(const std::string& folder);
