@@ -7,8 +7,6 @@
 #include <vector>
 
 #include "convert/filcvrt.hpp"
-#include "shell/features.hpp"
-#include "shell/run.hpp"
 
 namespace {
 
@@ -55,28 +53,14 @@ void BM_CleanNumericLineLongZeros(benchmark::State& state) {
 }
 BENCHMARK(BM_CleanNumericLineLongZeros);
 
-// A program of this build for the routines that read its values; the
-// headless host keeps it off any display.
-ravelo::Program& BenchProgram() {
-    static ravelo::Program* program = [] {
-        setenv("RAVELO_UI", "headless", 1);
-        auto* made = new ravelo::Program(ravelo::ServicesFromEnvironment());
-        ravelo::RegisterFeatures(*made);
-        made->InputExt = ".pdb";
-        return made;
-    }();
-    return *program;
-}
-
 void BM_ReadCoordinates(benchmark::State& state) {
-    ravelo::Program& p = BenchProgram();
     const std::string& source = Lines()[static_cast<std::size_t>(state.range(0))];
     ravelo::InputFile empty(ravelo::MemorySource({}));
     for (auto _ : state) {
         std::string line = source;
         CleanNumericLine(line);
         double x = 0, y = 0, z = 0;
-        ravelo::FilCvrt::ReadCoordinates(p, empty, line, x, y, z);
+        ravelo::FilCvrt::ReadCoordinates(ravelo::FilCvrt::SourceType::Labelled, empty, line, x, y, z);
         benchmark::DoNotOptimize(x + y + z);
     }
 }
@@ -84,7 +68,6 @@ BENCHMARK(BM_ReadCoordinates)->DenseRange(0, 2);
 
 // Coordinates spread over several lines: the routine reads on.
 void BM_ReadCoordinatesAcrossLines(benchmark::State& state) {
-    ravelo::Program& p = BenchProgram();
     std::string text;
     for (int i = 0; i < 3000; ++i) text += "label 7\r\n 1.25\r\n-2.5 3.125\r\n";
     for (auto _ : state) {
@@ -93,7 +76,7 @@ void BM_ReadCoordinatesAcrossLines(benchmark::State& state) {
         while (!in.Eof()) {
             std::string line = in.LineInput();
             double x = 0, y = 0, z = 0;
-            ravelo::FilCvrt::ReadCoordinates(p, in, line, x, y, z);
+            ravelo::FilCvrt::ReadCoordinates(ravelo::FilCvrt::SourceType::Plain, in, line, x, y, z);
             benchmark::DoNotOptimize(x + y + z);
             ++atoms;
         }

@@ -54,8 +54,9 @@ Cell ReadCifCell(InputFile& in);
 void Announce(Program& p, const Progress& progress, const std::string& text);
 // Records 1 and 2 of the XCC file.
 void WriteCell(OutputFile& out, const Cell& cell, const std::string& title, const std::string& rFactor);
-// One atom record from a cleaned coordinate line.
-void WriteAtom(Program& p, InputFile& in, OutputFile& out, std::string& line);
+// One atom record from a cleaned coordinate line; labels are read by the
+// rules of the file type the reader was given (InputExt).
+void WriteAtom(const Program& p, FilCvrt::SourceType type, InputFile& in, OutputFile& out, std::string& line);
 // Leaves the input under `newName` unless that is its name already, and
 // tells the modeller through the N log.
 void RenameInput(Program& p, const std::string& input, const std::string& newName);
@@ -85,6 +86,7 @@ void ConvertFile(Program& p, const std::string& fileName, const Progress& progre
 }
 
 std::int64_t CIFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, const Progress& progress) {
+    const FilCvrt::SourceType type = FilCvrt::SourceTypeOf(p.InputExt);
     std::string baseName;
     FilCvrt::SplitFileName(p, CSDNAM, baseName);
     std::string rFactor = FindCifRFactor(in);
@@ -119,7 +121,7 @@ std::int64_t CIFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
             if (!Contains(line, ".")) continue;
             if (line.size() < kShortCifAtom) Raise(kBadRecordLength);
             ++atoms;
-            WriteAtom(p, in, out, line);
+            WriteAtom(p, type, in, out, line);
         }
         out.Close();   // a failure to put the file in place is reported here
     }
@@ -129,6 +131,7 @@ std::int64_t CIFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
 }
 
 std::int64_t CMFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, const Progress& progress) {
+    const FilCvrt::SourceType type = FilCvrt::SourceTypeOf(p.InputExt);
     std::string baseName;
     FilCvrt::SplitFileName(p, CSDNAM, baseName);
     std::string rFactor;
@@ -196,7 +199,7 @@ std::int64_t CMFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
             FilCvrt::CleanNumericLine(rest);
             if (!Contains(rest, ".")) break;
             if (rest.size() < kShortListingAtom) Raise(kBadRecordLength);
-            WriteAtom(p, in, out, rest);
+            WriteAtom(p, type, in, out, rest);
         }
         out.Close();
     }
@@ -205,6 +208,7 @@ std::int64_t CMFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
 }
 
 std::int64_t CSDFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, const Progress& progress) {
+    const FilCvrt::SourceType type = FilCvrt::SourceTypeOf(p.InputExt);
     std::string baseName;
     FilCvrt::SplitFileName(p, CSDNAM, baseName);
     std::string name, rFactor;
@@ -262,7 +266,7 @@ std::int64_t CSDFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
             if (!Contains(atom, ".")) break;
             if (atom.size() < kShortListingAtom) Raise(kBadRecordLength);
             ++atoms;
-            WriteAtom(p, in, out, atom);
+            WriteAtom(p, type, in, out, atom);
         }
         out.Close();
     }
@@ -417,11 +421,11 @@ void WriteCell(OutputFile& out, const Cell& cell, const std::string& title, cons
                      Field::Double(cell.angles[2]), Field::Text(rFactor)});
 }
 
-void WriteAtom(Program& p, InputFile& in, OutputFile& out, std::string& line) {
+void WriteAtom(const Program& p, FilCvrt::SourceType type, InputFile& in, OutputFile& out, std::string& line) {
     double x = 0, y = 0, z = 0;
-    FilCvrt::ReadCoordinates(p, in, line, x, y, z);
+    FilCvrt::ReadCoordinates(type, in, line, x, y, z);
     std::string symbol;
-    FilCvrt::GetElementSymbol(p, line, symbol);
+    FilCvrt::GetElementSymbol(p, type, line, symbol);
     out.WriteRecord({Field::Double(x), Field::Double(y), Field::Double(z), Field::Text(symbol)});
 }
 

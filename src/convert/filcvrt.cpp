@@ -394,8 +394,12 @@ void CleanNumericLine(std::string& line) {
     line.assign(TrimView(s));
 }
 
-void ReadCoordinates(Program& p, InputFile& in, std::string& line, double& x, double& y, double& z) {
-    if (p.InputExt == ".XCX") {
+SourceType SourceTypeOf(std::string_view fileType) {
+    return Contains(".ENT.PDB.CSD.CIF", UCase(fileType)) ? SourceType::Labelled : SourceType::Plain;
+}
+
+void ReadCoordinates(SourceType type, InputFile& in, std::string& line, double& x, double& y, double& z) {
+    if (type == SourceType::Xcx) {
         // Crystal coordinate lines: a label, then the three numbers, all
         // separated by blanks; a missing item reads 0.
         line = Trim(line);
@@ -432,7 +436,7 @@ void ReadCoordinates(Program& p, InputFile& in, std::string& line, double& x, do
     }
 }
 
-void GetElementSymbol(Program& p, std::string& label, std::string& symbol) {
+void GetElementSymbol(const Program& p, SourceType type, std::string& label, std::string& symbol) {
     symbol.clear();
     TrimInPlace(label);
     std::size_t at = 0;
@@ -443,9 +447,8 @@ void GetElementSymbol(Program& p, std::string& label, std::string& symbol) {
 
     const char second = label[at + 1];
     // Protein and crystal labels name the position, not the element: CA, CB,
-    // HD, OD are carbon, hydrogen and oxygen there. The file type is matched
-    // as a piece of the list, so an empty type counts as one of them.
-    if (Contains(".ENT.PDB.CSD.CIF", UCase(p.InputExt)) && (symbol == "C" || symbol == "H" || symbol == "O") &&
+    // HD, OD are carbon, hydrogen and oxygen there.
+    if (type == SourceType::Labelled && (symbol == "C" || symbol == "H" || symbol == "O") &&
         second >= 'A' && second <= 'D')
         return;
     const std::string candidate = symbol + LCase(std::string(1, second));
@@ -515,11 +518,11 @@ void MoveFile(Program& p, const std::string& from, const std::string& to) {
     p.fs.Kill(from);
 }
 
-std::int32_t WriteNumberedAtom(Program& p, InputFile& in, std::string& line, OutputFile& out) {
+std::int32_t WriteNumberedAtom(const Program& p, InputFile& in, std::string& line, OutputFile& out) {
     double x = 0, y = 0, z = 0;
-    ReadCoordinates(p, in, line, x, y, z);
+    ReadCoordinates(SourceType::Plain, in, line, x, y, z);
     std::string symbol;
-    GetElementSymbol(p, line, symbol);
+    GetElementSymbol(p, SourceType::Plain, line, symbol);
     const std::int32_t number = ToInt32(Val(TextUpToIncluding(line, " ")));
     WriteAtomRecord(out, x, y, z, symbol, number);
     return number;

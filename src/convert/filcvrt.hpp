@@ -35,17 +35,28 @@ void SplitFileName(Program& p, const std::string& path, std::string& name);
 // holding "UNK" stays as it is.
 void CleanNumericLine(std::string& line);
 
+// What the shared line routines must know of the file a reader reads.
+enum class SourceType {
+    Plain,      // numbers found by their decimal points
+    Labelled,   // protein and crystal files, whose labels name positions
+    Xcx,        // XCX crystal lines: a label and three numbers, separated by blanks
+};
+
+// The source type of a file type's text as the readers give it (".pdb",
+// ".cif", a name's last characters): Labelled when the text, in upper case,
+// is a piece of ".ENT.PDB.CSD.CIF" (an empty text is), else Plain.
+SourceType SourceTypeOf(std::string_view fileType);
+
 // The first three decimal numbers from `line`, reading further lines of `in`
 // when the line runs short (at the end of the file a missing number reads 0).
-// In the ".XCX" mode the first blank-separated item is dropped and the next
-// three are the numbers.
-void ReadCoordinates(Program& p, InputFile& in, std::string& line, double& x, double& y, double& z);
+// For XCX lines the first blank-separated item is dropped and the next three
+// are the numbers.
+void ReadCoordinates(SourceType type, InputFile& in, std::string& line, double& x, double& y, double& z);
 
 // The element symbol of an atom label (trimmed in place): one upper-case
-// letter, or two letters when they name an element. For protein and crystal
-// files (InputExt in ".ENT.PDB.CSD.CIF") CA, CB, HD, OD and the like are
-// carbon, hydrogen and oxygen.
-void GetElementSymbol(Program& p, std::string& label, std::string& symbol);
+// letter, or two letters when they name an element. In Labelled files CA,
+// CB, HD, OD and the like are carbon, hydrogen and oxygen.
+void GetElementSymbol(const Program& p, SourceType type, std::string& label, std::string& symbol);
 
 // A title safe for a file name: blanks, "." and "," become "_"; a name that
 // is a number where the fallback is not, an empty name and one longer than
@@ -69,7 +80,7 @@ void WriteEndRecord(const Program& p, OutputFile& out, const std::string& title,
 // (read on into further lines when the line runs short), the element symbol
 // from the letters of the line, and the atom record under the file's number,
 // which is returned.
-std::int32_t WriteNumberedAtom(Program& p, InputFile& in, std::string& line, OutputFile& out);
+std::int32_t WriteNumberedAtom(const Program& p, InputFile& in, std::string& line, OutputFile& out);
 
 // Moves a file to a new name as a copy and a delete; the new file appears
 // whole or not at all, and the old one goes only once the new one is there.

@@ -39,9 +39,9 @@ void ConvertFile(Program& p, const std::string& fileName, std::int32_t& lastAtom
         // Without the atom number the first letters are the element's.
         line = Trim(TextFrom(line, " "));
         double x = 0, y = 0, z = 0;
-        FilCvrt::ReadCoordinates(p, in, line, x, y, z);
+        FilCvrt::ReadCoordinates(FilCvrt::SourceType::Plain, in, line, x, y, z);
         std::string symbol;
-        FilCvrt::GetElementSymbol(p, line, symbol);
+        FilCvrt::GetElementSymbol(p, FilCvrt::SourceType::Plain, line, symbol);
         FilCvrt::WriteAtomRecord(out, x, y, z, symbol, lastAtom);
     }
     FilCvrt::WriteEndRecord(p, out, title, ToInt32(static_cast<double>(lastAtom) + 1));

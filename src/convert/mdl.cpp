@@ -64,11 +64,11 @@ void ConvertFile(Program& p, const std::string& fileName) {
         // run-together count reads as an atom.)
         if (!Contains(line, ".")) break;
         double x = 0, y = 0, z = 0;
-        FilCvrt::ReadCoordinates(p, in, line, x, y, z);
+        FilCvrt::ReadCoordinates(FilCvrt::SourceType::Plain, in, line, x, y, z);
         // The symbol follows the first coordinate's text.
         std::string label = Trim(TextFrom(line, " "));
         std::string symbol;
-        FilCvrt::GetElementSymbol(p, label, symbol);
+        FilCvrt::GetElementSymbol(p, FilCvrt::SourceType::Plain, label, symbol);
         FilCvrt::WriteAtomRecord(out, x, y, z, symbol, static_cast<std::int32_t>(counter));  // <= count
     }
     FilCvrt::WriteEndRecord(p, out, title, ToInt32(static_cast<double>(counter + 1)));

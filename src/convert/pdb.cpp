@@ -68,8 +68,8 @@ void ConvertFile(Program& p, const std::string& fileName,
             rest.assign(TrimView(MidView(record, static_cast<long long>(number.size()) + 1)));
             lastNumber = ToInt32(Val(number));
             double x = 0, y = 0, z = 0;
-            FilCvrt::ReadCoordinates(p, in, rest, x, y, z);
-            FilCvrt::GetElementSymbol(p, rest, symbol);
+            FilCvrt::ReadCoordinates(FilCvrt::SourceType::Labelled, in, rest, x, y, z);
+            FilCvrt::GetElementSymbol(p, FilCvrt::SourceType::Labelled, rest, symbol);
             FilCvrt::WriteAtomRecord(out, x, y, z, symbol, lastNumber);
         }
         // An ".ent" file is closed as ".pdb" too: it is renamed to that below.

@@ -23,7 +23,6 @@ void ConvertFile(Program& p, const std::string& fileName) {
     FilCvrt::SplitFileName(p, fileName, baseName);
     // Cut at the first "." of the whole path, a dot in a folder name included.
     const std::string outPath = TextBefore(fileName, ".") + ".xcc";
-    // Also switches ReadCoordinates to items separated by blanks.
     p.InputExt = ".XCX";
     DeleteIfExists(p, outPath);
     {
@@ -51,9 +50,9 @@ void ConvertFile(Program& p, const std::string& fileName) {
             // any other scale such a line is still an atom.
             if (!Contains(line, ".") && scale == 1.0) break;
             double x = 0, y = 0, z = 0;
-            FilCvrt::ReadCoordinates(p, in, line, x, y, z);
+            FilCvrt::ReadCoordinates(FilCvrt::SourceType::Xcx, in, line, x, y, z);
             std::string symbol;
-            FilCvrt::GetElementSymbol(p, line, symbol);
+            FilCvrt::GetElementSymbol(p, FilCvrt::SourceType::Xcx, line, symbol);
             out.WriteRecord({Field::Double(CheckedResult(x * factor)),
                              Field::Double(CheckedResult(y * factor)),
                              Field::Double(CheckedResult(z * factor)), Field::Text(symbol)});

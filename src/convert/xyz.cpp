@@ -62,9 +62,9 @@ void ConvertFile(Program& p, const std::string& fileName) {
         // passed over; a line without one leaves ReadCoordinates to read on.
         while (Contains(line, ".") && line.size() <= kShortLine) line = NextCleanLine(in);
         double x = 0, y = 0, z = 0;
-        FilCvrt::ReadCoordinates(p, in, line, x, y, z);
+        FilCvrt::ReadCoordinates(FilCvrt::SourceType::Plain, in, line, x, y, z);
         std::string symbol;
-        FilCvrt::GetElementSymbol(p, line, symbol);
+        FilCvrt::GetElementSymbol(p, FilCvrt::SourceType::Plain, line, symbol);
         serial = i;
         FilCvrt::WriteAtomRecord(out, x, y, z, symbol, static_cast<std::int32_t>(serial));  // i <= count
     }

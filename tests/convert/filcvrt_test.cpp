@@ -134,34 +134,33 @@ TEST(FilCvrtNumbers, CleanNumericLine) {
 
 TEST(FilCvrtCoordinates, ReadCoordinates) {
     struct Case {
-        const char* ext;
+        FilCvrt::SourceType type;
         const char* line;
         const char* rest;   // the lines after it in the file
         std::vector<double> xyz;
         const char* lineAfter;
     };
+    using enum FilCvrt::SourceType;
     const Case cases[] = {
         // Numbers without a point before the coordinates are passed over.
-        {".xyz", "1 C 6 1.5 -2.25 3.0 9.5", "", {1.5, -2.25, 3.0}, "1 C 6 1.5 -2.25 3.0 9.5"},
+        {Plain, "1 C 6 1.5 -2.25 3.0 9.5", "", {1.5, -2.25, 3.0}, "1 C 6 1.5 -2.25 3.0 9.5"},
         // Short lines continue on the next ones; the line is the last one read.
-        {".pdb", "C1 1.5", "  7 8  \r\n  2.5 3.5  \r\nC2 9.9 9.9 9.9\r\n", {1.5, 2.5, 3.5}, "2.5 3.5"},
+        {Labelled, "C1 1.5", "  7 8  \r\n  2.5 3.5  \r\nC2 9.9 9.9 9.9\r\n", {1.5, 2.5, 3.5}, "2.5 3.5"},
         // "dot." is the first item with a point and reads 0.
-        {".xyz", "a comment with a dot. and more", "CA 1.000 2.000 3.000\r\n", {0, 1, 2}, "CA 1.000 2.000 3.000"},
+        {Plain, "a comment with a dot. and more", "CA 1.000 2.000 3.000\r\n", {0, 1, 2}, "CA 1.000 2.000 3.000"},
         // At the end of the file a missing number reads 0.
-        {".xyz", "C 1.5", "  tail  \r\n", {1.5, 0, 0}, "tail"},
-        {".xyz", "no numbers", "", {0, 0, 0}, "no numbers"},
-        // ".XCX": the three items after the label; only the upper-case type.
-        {".XCX", "  Fe1   0.5  -1   2e1 7.5 ", "9.9 9.9 9.9\r\n", {0.5, -1, 20}, "Fe1   0.5  -1   2e1 7.5"},
-        {".XCX", "O1 1", "", {1, 0, 0}, "O1 1"},
-        {".xcx", "Fe1 0.5 -1 2", "", {0.5, 0, 0}, "Fe1 0.5 -1 2"},
+        {Plain, "C 1.5", "  tail  \r\n", {1.5, 0, 0}, "tail"},
+        {Plain, "no numbers", "", {0, 0, 0}, "no numbers"},
+        // XCX lines: the three items after the label.
+        {Xcx, "  Fe1   0.5  -1   2e1 7.5 ", "9.9 9.9 9.9\r\n", {0.5, -1, 20}, "Fe1   0.5  -1   2e1 7.5"},
+        {Xcx, "O1 1", "", {1, 0, 0}, "O1 1"},
+        {Plain, "Fe1 0.5 -1 2", "", {0.5, 0, 0}, "Fe1 0.5 -1 2"},
     };
     for (const Case& c : cases) {
-        TestProgram t;
-        t.program().InputExt = c.ext;
         InputFile in(MemorySource(c.rest));
         std::string line = c.line;
         double x = -1, y = -1, z = -1;
-        FilCvrt::ReadCoordinates(t.program(), in, line, x, y, z);
+        FilCvrt::ReadCoordinates(c.type, in, line, x, y, z);
         EXPECT_EQ(std::vector<double>({x, y, z}), c.xyz) << c.line;
         EXPECT_EQ(line, c.lineAfter) << c.line;
     }
@@ -190,13 +189,12 @@ TEST(FilCvrtSymbols, GetElementSymbol) {
     Program& p = t.program();
     p.ElementSymbols = std::string(kElementSymbols);
     for (const Case& c : cases) {
-        p.InputExt = c.ext;
         std::string label = c.label, symbol = "old";
-        FilCvrt::GetElementSymbol(p, label, symbol);
+        FilCvrt::GetElementSymbol(p, FilCvrt::SourceTypeOf(c.ext), label, symbol);
         EXPECT_EQ(symbol, c.symbol) << c.ext << " " << c.label;
     }
     std::string label = "  Cl1  ", symbol;
-    FilCvrt::GetElementSymbol(p, label, symbol);
+    FilCvrt::GetElementSymbol(p, FilCvrt::SourceType::Plain, label, symbol);
     EXPECT_EQ(label, "Cl1");   // trimmed in place
 }
 
