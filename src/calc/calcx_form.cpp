@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "runtime/error.hpp"
 #include "runtime/number.hpp"
 #include "runtime/text.hpp"
 #include "ui/host.hpp"
@@ -14,6 +15,8 @@ namespace {
 constexpr int kLightRed = 12;
 constexpr int kLightMagenta = 13;
 constexpr int kYellow = 14;
+
+using ui::ControlKind;
 
 constexpr const char* kHelpLines[] = {
     "The mathematical expression to be evaluated must be explicitly delimited by using brackets",
@@ -33,83 +36,100 @@ void BusyWait(Program& p, double seconds) {
 
 }  // namespace
 
-CalcxForm::CalcxForm(Program& p) : Form(p.ui, std::string(kName), "The Calculator"), p_(p) {
-    using ui::ControlKind;
-    Add("Label1", ControlKind::Label, "The Scientific Calculator and Math Expression Evaluator").onClick =
-        [this] { Label(13).SetCaption(VersionLine()); };
-    Add("Label2", ControlKind::Label, "pi  ( )  ^  *  /  +  -  sin  tan  cos  atn  log");
-    Add("Label3", ControlKind::Label, "Store Value").onClick = [this] { StoreValue(); };
-    Add("Label4", ControlKind::Label, "Store Equation").onClick = [this] { StoreEquation(); };
-    Add("Label5", ControlKind::Label, "Help").onClick = [this] { ShowHelp(); };
-    Add("Label6", ControlKind::Label, "Recall Value").onClick = [this] { RecallValue(); };
-    Add("Label7", ControlKind::Label, "Recall Equation").onClick = [this] { RecallEquation(); };
-    Add("Label8", ControlKind::Label, "Clear").onClick = [this] { ClearDisplayAndEquation(); };
-    Add("Label9", ControlKind::Label, "EXIT").onClick = [this] { Exit(); };
-    Add("Label10", ControlKind::Label, "Trace").onClick = [this] { ToggleTrace(); };
-    Add("Label11", ControlKind::Label, "Math Equation");
-    Add("Label12", ControlKind::Label);
-    for (int number = 13; number <= 17; ++number) Add("Label" + std::to_string(number), ControlKind::Label);
+CalcxForm::CalcxForm(Program& p)
+    : Form(p.ui, std::string(kName), "The Calculator"),
+      p_(p),
+      Label1_(Add("Label1", ControlKind::Label, "The Scientific Calculator and Math Expression Evaluator")),
+      Label2_(Add("Label2", ControlKind::Label, "pi  ( )  ^  *  /  +  -  sin  tan  cos  atn  log")),
+      Label3_(Add("Label3", ControlKind::Label, "Store Value")),
+      Label4_(Add("Label4", ControlKind::Label, "Store Equation")),
+      Label5_(Add("Label5", ControlKind::Label, "Help")),
+      Label6_(Add("Label6", ControlKind::Label, "Recall Value")),
+      Label7_(Add("Label7", ControlKind::Label, "Recall Equation")),
+      Label8_(Add("Label8", ControlKind::Label, "Clear")),
+      Label9_(Add("Label9", ControlKind::Label, "EXIT")),
+      Label10_(Add("Label10", ControlKind::Label, "Trace")),
+      Label11_(Add("Label11", ControlKind::Label, "Math Equation")),
+      Label12_(Add("Label12", ControlKind::Label)),
+      Label13_(Add("Label13", ControlKind::Label)),
+      Label14_(Add("Label14", ControlKind::Label)),
+      Label15_(Add("Label15", ControlKind::Label)),
+      Label16_(Add("Label16", ControlKind::Label)),
+      Label17_(Add("Label17", ControlKind::Label)),
+      Text1_(Add("Text1", ControlKind::TextBox)),
+      Text2_(Add("Text2", ControlKind::TextBox)),
+      Command1_(Add("Command1", ControlKind::Button, "Calculate")),
+      Command2_(Add("Command2", ControlKind::Button, "Accept")),
+      List1_(Add("List1", ControlKind::ListBox)) {
+    Label1_.onClick = [this] { Label13_.SetCaption(VersionLine()); };
+    Label3_.onClick = [this] { StoreValue(); };
+    Label4_.onClick = [this] { StoreEquation(); };
+    Label5_.onClick = [this] { ShowHelp(); };
+    Label6_.onClick = [this] { RecallValue(); };
+    Label7_.onClick = [this] { RecallEquation(); };
+    Label8_.onClick = [this] { ClearDisplayAndEquation(); };
+    Label9_.onClick = [this] { Exit(); };
+    Label10_.onClick = [this] { ToggleTrace(); };
 
-    ui::Control& text1 = Add("Text1", ControlKind::TextBox);
     // An edited equation is no longer the one calculated: it cannot be stored.
-    text1.onChange = [this] { Label(4).SetVisible(false); };
-    text1.onKeyPress = [this](int& keyAscii) {
+    Text1_.onChange = [this] { Label4_.SetVisible(false); };
+    Text1_.onKeyPress = [this](int& keyAscii) {
         if (keyAscii == 13) Calculate();
     };
-    Add("Text2", ControlKind::TextBox);
-    Add("Command1", ControlKind::Button, "Calculate").onClick = [this] { Calculate(); };
-    Add("Command2", ControlKind::Button, "Accept").onClick = [this] { Accept(); };
-    ui::Control& list = Add("List1", ControlKind::ListBox);
-    list.onClick = [this] {
-        const int index = (*this)["List1"].state.listIndex;
+    Command1_.onClick = [this] { Calculate(); };
+    Command2_.onClick = [this] { Accept(); };
+    List1_.onClick = [this] {
+        const int index = List1_.state.listIndex;
         if (index >= 0 && index < static_cast<int>(history_.size()))
             picked_ = history_[static_cast<std::size_t>(index)];  // as the history holds it now
     };
 }
 
 void CalcxForm::Form_Load() {
-    Label(1).SetCaption("The Scientific Calculator and Math Expression Evaluator");
-    Label(1).SetBackColour(ui::PaletteColour(kLightMagenta));
-    Label(2).SetCaption("pi  ( )  ^  *  /  +  -  sin  tan  cos  atn  log");
-    Label(2).SetBackColour(ui::PaletteColour(kLightRed));
-    for (int number : {3, 4, 5, 6, 7, 8, 10}) Label(number).SetBackColour(ui::PaletteColour(kYellow));
-    Label(9).SetBackColour(ui::PaletteColour(kLightRed));
-    for (std::string_view name : {"List1", "Label4", "Text2", "Label12", "Command2"})
-        (*this)[name].SetVisible(false);
-    (*this)["Text1"].SetText("");
-    ClearLines(13, 17);
+    Label1_.SetCaption("The Scientific Calculator and Math Expression Evaluator");
+    Label1_.SetBackColour(ui::PaletteColour(kLightMagenta));
+    Label2_.SetCaption("pi  ( )  ^  *  /  +  -  sin  tan  cos  atn  log");
+    Label2_.SetBackColour(ui::PaletteColour(kLightRed));
+    for (ui::Control* label : {&Label3_, &Label4_, &Label5_, &Label6_, &Label7_, &Label8_, &Label10_})
+        label->SetBackColour(ui::PaletteColour(kYellow));
+    Label9_.SetBackColour(ui::PaletteColour(kLightRed));
+    for (ui::Control* control : {&List1_, &Label4_, &Text2_, &Label12_, &Command2_})
+        control->SetVisible(false);
+    Text1_.SetText("");
+    ClearLines(0, 4);
 }
 
 // A click on the window's background clears the display.
-void CalcxForm::Form_Click() { ClearLines(13, 17); }
+void CalcxForm::Form_Click() { ClearLines(0, 4); }
 
+// The display has lines 0 to 4; reading past them gives nothing, writing
+// past them is error 9.
 std::string CalcxForm::Line(int index) const {
-    for (const auto& control : Controls())
-        if (control->Name() == "Label" + std::to_string(13 + index)) return control->Caption();
-    return {};
+    return index >= 0 && index < static_cast<int>(lines_.size()) ? lines_[static_cast<std::size_t>(index)]->Caption()
+                                                                  : std::string();
 }
 
-void CalcxForm::SetLine(int index, std::string text) { Label(13 + index).SetCaption(std::move(text)); }
+void CalcxForm::SetLine(int index, std::string text) {
+    if (index < 0 || index >= static_cast<int>(lines_.size())) Raise(kSubscript);
+    lines_[static_cast<std::size_t>(index)]->SetCaption(std::move(text));
+}
 
 void CalcxForm::Repaint() { p_.ui.Refresh(*this); }
 
-ui::Control& CalcxForm::Label(int number) { return (*this)["Label" + std::to_string(number)]; }
-
 void CalcxForm::ClearLines(int first, int last) {
-    for (int number = first; number <= last; ++number) Label(number).SetCaption("");
+    for (int line = first; line <= last; ++line) SetLine(line, "");
 }
 
-void CalcxForm::Flash(std::string_view label, int during, int after) {
-    ui::Control& control = (*this)[label];
-    control.SetBackColour(ui::PaletteColour(during));
+void CalcxForm::Flash(ui::Control& label, int during, int after) {
+    label.SetBackColour(ui::PaletteColour(during));
     Repaint();
     BusyWait(p_, 0.25);
-    control.SetBackColour(ui::PaletteColour(after));
+    label.SetBackColour(ui::PaletteColour(after));
     Repaint();
 }
 
 void CalcxForm::Calculate() {
-    const std::string typed = Trim((*this)["Text1"].Text());
+    const std::string typed = Trim(Text1_.Text());
     if (typed.size() < 3) return;
     // Only an equation with a digit 1 to 9 before its last two characters
     // is calculated, so "pi*2" or "atn(1)" are not: bracket them, or put a
@@ -120,58 +140,56 @@ void CalcxForm::Calculate() {
     if (!hasDigit) return;
 
     shared_.CurrentEquation = LCase(typed);
-    (*this)["Text1"].SetText(shared_.CurrentEquation);
+    Text1_.SetText(shared_.CurrentEquation);
     history_[0] = shared_.CurrentEquation;
-    Label(4).SetVisible(true);
+    Label4_.SetVisible(true);
     if (Contains(shared_.CurrentEquation, "v")) VariableDialogue(shared_.CurrentEquation);
 
     std::string answer;
     CALCULX::EvaluateExpression(p_, shared_, *this, 0, answer, history_);
-    SetFocus("Text1");
+    SetFocus(Text1_.Name());
 }
 
 void CalcxForm::StoreValue() {
-    Flash("Label3", kLightRed, kYellow);
+    Flash(Label3_, kLightRed, kYellow);
     storedValue_ = shared_.LastAnswer;
 }
 
 void CalcxForm::StoreEquation() {
-    Flash("Label4", kLightRed, kYellow);
+    Flash(Label4_, kLightRed, kYellow);
     // Ten slots; the eleventh store overwrites the oldest, slot 1.
     if (++storeCounter_ == 11) storeCounter_ = 1;
     history_[static_cast<std::size_t>(storeCounter_)] = history_[0];
-    ui::Control& list = (*this)["List1"];
-    list.Clear();
-    for (const std::string& equation : history_) list.AddItem(equation);
+    List1_.Clear();
+    for (const std::string& equation : history_) List1_.AddItem(equation);
 }
 
 void CalcxForm::ShowHelp() {
     // The one label that flashes the other way round, and stays light red.
-    Flash("Label5", kYellow, kLightRed);
-    ClearLines(13, 16);
-    for (int line = 0; line < 4; ++line) Label(13 + line).SetCaption(kHelpLines[line]);
+    Flash(Label5_, kYellow, kLightRed);
+    ClearLines(0, 3);
+    for (int line = 0; line < 4; ++line) SetLine(line, kHelpLines[line]);
 }
 
 void CalcxForm::RecallValue() {
-    Flash("Label6", kLightRed, kYellow);
-    ClearLines(13, 17);
-    Label(13).SetCaption(NumText(storedValue_));
+    Flash(Label6_, kLightRed, kYellow);
+    ClearLines(0, 4);
+    Label13_.SetCaption(NumText(storedValue_));
 }
 
 void CalcxForm::RecallEquation() {
-    Flash("Label7", kLightRed, kYellow);
+    Flash(Label7_, kLightRed, kYellow);
     if (history_[0].empty()) return;
-    ClearLines(13, 17);
-    ui::Control& list = (*this)["List1"];
-    list.SetVisible(true);
-    SetFocus("List1");
+    ClearLines(0, 4);
+    List1_.SetVisible(true);
+    SetFocus(List1_.Name());
     picked_.clear();
     Repaint();
     // A minute to pick a line, by the clock and not scaled: it waits for the
     // user, not for effect.
     const std::uint32_t start = p_.clock.Millis();
     while (picked_.empty() && p_.clock.Millis() - start <= 60000) p_.DoEvents();
-    list.SetVisible(false);
+    List1_.SetVisible(false);
     if (picked_.empty()) return;
     if (Contains(picked_, "v")) {
         VariableDialogue(picked_);
@@ -181,47 +199,45 @@ void CalcxForm::RecallEquation() {
 }
 
 void CalcxForm::ClearDisplayAndEquation() {
-    Flash("Label8", kLightRed, kYellow);
-    ClearLines(13, 17);
-    (*this)["Text1"].SetText("");
-    SetFocus("Text1");
+    Flash(Label8_, kLightRed, kYellow);
+    ClearLines(0, 4);
+    Text1_.SetText("");
+    SetFocus(Text1_.Name());
 }
 
 void CalcxForm::ToggleTrace() {
-    Flash("Label10", kLightRed, kYellow);
+    Flash(Label10_, kLightRed, kYellow);
     if (shared_.TraceFlag != "T") {
         shared_.TraceFlag = "T";
-        Label(10).SetBackColour(ui::PaletteColour(kLightRed));  // red while tracing
+        Label10_.SetBackColour(ui::PaletteColour(kLightRed));  // red while tracing
     } else {
         shared_.TraceFlag = "F";
-        Label(10).SetBackColour(ui::PaletteColour(kYellow));
+        Label10_.SetBackColour(ui::PaletteColour(kYellow));
     }
 }
 
 void CalcxForm::Exit() {
-    Flash("Label9", kLightRed, kYellow);
+    Flash(Label9_, kLightRed, kYellow);
     Unload();
 }
 
 void CalcxForm::Accept() {
-    ui::Control& text2 = (*this)["Text2"];
-    answer_ = Trim(text2.Text());
+    answer_ = Trim(Text2_.Text());
     if (answer_.empty()) answer_ = "EXIT";
-    text2.SetText("");
+    Text2_.SetText("");
 }
 
 void CalcxForm::OpenDialogue() {
-    Label(12).SetVisible(true);
-    (*this)["Command2"].SetVisible(true);
-    ui::Control& text2 = (*this)["Text2"];
-    text2.SetVisible(true);
-    text2.SetText("");
+    Label12_.SetVisible(true);
+    Command2_.SetVisible(true);
+    Text2_.SetVisible(true);
+    Text2_.SetText("");
 }
 
 void CalcxForm::CloseDialogue() {
-    Label(12).SetCaption("");
-    (*this)["Text2"].SetText("");
-    for (std::string_view name : {"Label12", "Command2", "Text2"}) (*this)[name].SetVisible(false);
+    Label12_.SetCaption("");
+    Text2_.SetText("");
+    for (ui::Control* control : {&Label12_, &Command2_, &Text2_}) control->SetVisible(false);
 }
 
 // The dialogues are modal only by their waiting: the window goes on taking
@@ -235,19 +251,19 @@ std::string CalcxForm::WaitForAnswer() {
 void CalcxForm::ReplaceDialogue(std::string equation) {
     OpenDialogue();
     for (;;) {
-        (*this)["Text1"].SetText(equation);
+        Text1_.SetText(equation);
         answer_.clear();
-        Label(12).SetCaption("Which entity in equation to replace");
-        SetFocus("Text2");
+        Label12_.SetCaption("Which entity in equation to replace");
+        SetFocus(Text2_.Name());
         const std::string entity = WaitForAnswer();
         if (entity == "EXIT") break;
 
-        Label(12).SetCaption("Replace " + entity + " with");
+        Label12_.SetCaption("Replace " + entity + " with");
         answer_.clear();
-        SetFocus("Text2");
+        SetFocus(Text2_.Name());
         std::string replacement = WaitForAnswer();
         if (replacement == "EXIT") replacement = entity;  // nothing changes
-        Label(12).SetCaption("");
+        Label12_.SetCaption("");
         equation = Replace(equation, entity, replacement);
     }
     // Nothing is calculated until the user asks for it.
@@ -259,18 +275,18 @@ void CalcxForm::VariableDialogue(std::string equation) {
     OpenDialogue();
     for (;;) {
         equation = LCase(equation);
-        (*this)["Text1"].SetText(equation);
+        Text1_.SetText(equation);
         answer_.clear();
         const std::size_t at = InStr(equation, "v");
         if (at == 0) break;
 
         // A variable is "v" and the one character after it.
         const std::string variable = Mid(equation, static_cast<long long>(at), 2);
-        Label(12).SetCaption("Replace variable " + variable + " with");
-        SetFocus("Text2");
+        Label12_.SetCaption("Replace variable " + variable + " with");
+        SetFocus(Text2_.Name());
         std::string value = WaitForAnswer();
         if (value == "EXIT") value = NumText(0LL);  // no answer stands for " 0"
-        Label(12).SetCaption("");
+        Label12_.SetCaption("");
         // A value that holds the variable itself never ends this loop; the
         // user is expected to give numbers.
         while (Contains(equation, variable)) equation = Replace(equation, variable, value);

@@ -4,6 +4,7 @@
 // "v?", one replaces any piece of a recalled equation).
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -49,9 +50,9 @@ private:
     std::string WaitForAnswer();
 
     // A click's feedback: `during` for a quarter of a second, then `after`.
-    void Flash(std::string_view label, int during, int after);
+    void Flash(ui::Control& label, int during, int after);
+    // Display lines `first` to `last` (0 is Label13).
     void ClearLines(int first, int last);
-    ui::Control& Label(int number);
 
     Program& p_;
     CALCULX::Shared shared_;
@@ -60,6 +61,32 @@ private:
     int storeCounter_ = 0;  // the history slot written last
     std::string picked_;    // the history entry picked from List1
     std::string answer_;    // what Command2 handed over; empty while none
+
+    // The controls, in creation order.
+    ui::Control& Label1_;
+    ui::Control& Label2_;
+    ui::Control& Label3_;
+    ui::Control& Label4_;
+    ui::Control& Label5_;
+    ui::Control& Label6_;
+    ui::Control& Label7_;
+    ui::Control& Label8_;
+    ui::Control& Label9_;
+    ui::Control& Label10_;
+    ui::Control& Label11_;
+    ui::Control& Label12_;
+    ui::Control& Label13_;
+    ui::Control& Label14_;
+    ui::Control& Label15_;
+    ui::Control& Label16_;
+    ui::Control& Label17_;
+    ui::Control& Text1_;
+    ui::Control& Text2_;
+    ui::Control& Command1_;
+    ui::Control& Command2_;
+    ui::Control& List1_;
+    // The display, top line first.
+    const std::array<ui::Control*, 5> lines_{&Label13_, &Label14_, &Label15_, &Label16_, &Label17_};
 };
 
 }  // namespace windows

@@ -3,40 +3,53 @@
 
 #include <memory>
 
+#include "runtime/error.hpp"
 #include "ui/host.hpp"
 
 namespace ravelo::UpdatMol {
 
+using ui::ControlKind;
+
 UpdtMolForm1::UpdtMolForm1(Program& p)
-    : Form(p.ui, std::string(kName), "Update DMOR Molecular Database from RAVELO32 Molecular.Log"), p_(p) {
-    using ui::ControlKind;
-    Add("Command1", ControlKind::Button, "BEGIN").onClick = [this] {
-        (*this)["Label6"].SetBackColour(kRed);
+    : Form(p.ui, std::string(kName), "Update DMOR Molecular Database from RAVELO32 Molecular.Log"),
+      p_(p),
+      Command1_(Add("Command1", ControlKind::Button, "BEGIN")),
+      Command2_(Add("Command2", ControlKind::Button, "EXIT")),
+      Label1_(Add("Label1", ControlKind::Label)),
+      Label2_(Add("Label2", ControlKind::Label)),
+      Label3_(Add("Label3", ControlKind::Label)),
+      Label4_(Add("Label4", ControlKind::Label)),
+      Label5_(Add("Label5", ControlKind::Label)),
+      Label6_(Add("Label6", ControlKind::Label)) {
+    Command1_.onClick = [this] {
+        Label6_.SetBackColour(kRed);
         UpdateDatabase(p_, static_cast<TransferView&>(*this));
     };
-    Add("Command2", ControlKind::Button, "EXIT").onClick = [this] { Unload(); };
-    for (const char* label : {"Label1", "Label2", "Label3", "Label4", "Label5", "Label6"})
-        Add(label, ControlKind::Label);
+    Command2_.onClick = [this] { Unload(); };
 }
 
 void UpdtMolForm1::Form_Load() {
-    for (const char* label : {"Label1", "Label2", "Label3", "Label4", "Label5", "Label6"})
-        (*this)[label].SetCaption("");
-    (*this)["Command1"].SetCaption("BEGIN");
-    (*this)["Command1"].SetVisible(true);
+    for (ui::Control* label : Labels()) label->SetCaption("");
+    Command1_.SetCaption("BEGIN");
+    Command1_.SetVisible(true);
     // The title keeps the spelling the users know ("Tranfer").
-    (*this)["Label1"].SetCaption("Tranfer Data from \\Ravelo\\Molecule.log to database \\Dmor\\Molecule");
-    (*this)["Label2"].SetCaption(VersionLine());
+    Label1_.SetCaption("Tranfer Data from \\Ravelo\\Molecule.log to database \\Dmor\\Molecule");
+    Label2_.SetCaption(VersionLine());
+}
+
+std::array<ui::Control*, 6> UpdtMolForm1::Labels() {
+    return {&Label1_, &Label2_, &Label3_, &Label4_, &Label5_, &Label6_};
 }
 
 void UpdtMolForm1::SetMessage(int line, std::string text) {
-    (*this)["Label" + std::to_string(line)].SetCaption(std::move(text));
+    if (line < 1 || line > static_cast<int>(Labels().size())) Raise(kSubscript);
+    Labels()[static_cast<std::size_t>(line - 1)]->SetCaption(std::move(text));
 }
 
-void UpdtMolForm1::MarkWaiting() { (*this)["Label6"].SetBackColour(kLightYellow); }
-std::string UpdtMolForm1::Button() { return (*this)["Command1"].Caption(); }
-void UpdtMolForm1::SetButton(std::string caption) { (*this)["Command1"].SetCaption(std::move(caption)); }
-void UpdtMolForm1::HideButton() { (*this)["Command1"].SetVisible(false); }
+void UpdtMolForm1::MarkWaiting() { Label6_.SetBackColour(kLightYellow); }
+std::string UpdtMolForm1::Button() { return Command1_.Caption(); }
+void UpdtMolForm1::SetButton(std::string caption) { Command1_.SetCaption(std::move(caption)); }
+void UpdtMolForm1::HideButton() { Command1_.SetVisible(false); }
 void UpdtMolForm1::Repaint() { p_.ui.Refresh(*this); }
 
 }  // namespace ravelo::UpdatMol

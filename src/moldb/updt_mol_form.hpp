@@ -3,6 +3,7 @@
 // report the counts.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -42,8 +43,20 @@ private:
     void SetButton(std::string caption) override;
     void HideButton() override;
     void Repaint() override;
+    // Label1 to Label6.
+    std::array<ui::Control*, 6> Labels();
 
     Program& p_;
+
+    // The controls, in creation order.
+    ui::Control& Command1_;
+    ui::Control& Command2_;
+    ui::Control& Label1_;
+    ui::Control& Label2_;
+    ui::Control& Label3_;
+    ui::Control& Label4_;
+    ui::Control& Label5_;
+    ui::Control& Label6_;
 };
 
 }  // namespace ravelo::UpdatMol

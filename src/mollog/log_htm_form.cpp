@@ -11,6 +11,8 @@ namespace {
 
 constexpr std::string_view kDone = "The task was completed successfully.";
 
+using ui::ControlKind;
+
 // The command word's launcher: a fresh record buffer, the mode word from
 // the argument, and the window shown.
 void Launch(Program& p) {
@@ -23,27 +25,30 @@ void Launch(Program& p) {
 }  // namespace
 
 LogHtmForm1::LogHtmForm1(Program& p)
-    : Form(p.ui, std::string(kName), "RAVELO - molecule.log <> molecule.htm"), p_(p) {
-    using ui::ControlKind;
-    Add("Label1", ControlKind::Label);
-    Add("Label2", ControlKind::Label);
-    Add("Label3", ControlKind::Label, "Move Data from Molecule.Log to Molecule.Htm").onClick = [this] {
+    : Form(p.ui, std::string(kName), "RAVELO - molecule.log <> molecule.htm"),
+      p_(p),
+      Label1_(Add("Label1", ControlKind::Label)),
+      Label2_(Add("Label2", ControlKind::Label)),
+      Label3_(Add("Label3", ControlKind::Label, "Move Data from Molecule.Log to Molecule.Htm")),
+      Label4_(Add("Label4", ControlKind::Label, "Move Data from Molecule.Htm to Molecule.Log")),
+      Command2_(Add("Command2", ControlKind::Button, "Exit")) {
+    Label3_.onClick = [this] {
         CopyLogToHtml(p_, mode, record, indexHeader_);
         ShowMessage(std::string(kDone));
     };
-    Add("Label4", ControlKind::Label, "Move Data from Molecule.Htm to Molecule.Log").onClick = [this] {
+    Label4_.onClick = [this] {
         WritePendingHeader(p_, indexHeader_);
         CopyHtmlToLog(p_, mode, record);
         ShowMessage(std::string(kDone));
     };
     // Every file is closed by the copy that opened it.
-    Add("Command2", ControlKind::Button, "Exit").onClick = [this] { Unload(); };
+    Command2_.onClick = [this] { Unload(); };
 }
 
 void LogHtmForm1::Form_Load() {
-    (*this)["Label1"].SetCaption("Click the appropriate label to copy data from one file type to the other.");
-    (*this)["Label2"].SetCaption("");
-    (*this)["Label2"].SetVisible(false);
+    Label1_.SetCaption("Click the appropriate label to copy data from one file type to the other.");
+    Label2_.SetCaption("");
+    Label2_.SetVisible(false);
     StartUp();
 }
 
@@ -61,19 +66,19 @@ void LogHtmForm1::Form_KeyPress(int& keyAscii) {
 
 void LogHtmForm1::StartUp() {
     if (p_.InstallDrive.empty()) CheckInstallation(p_);
-    (*this)["Label2"].SetVisible(true);
+    Label2_.SetVisible(true);
     std::string log = LogPath(p_);
     const bool logPresent = FileExists(p_, log);
     // The pages are made even without a log; the actions stay clickable and
     // a copy from a missing log then fails when it opens the file.
     indexHeader_ = MakeHtmlHeaders(p_);
-    (*this)["Label2"].SetCaption(logPresent ? "Ready to proceed"
-                                            : "The file MOLECULE.LOG is missing.  End the program.");
+    Label2_.SetCaption(logPresent ? "Ready to proceed"
+                                  : "The file MOLECULE.LOG is missing.  End the program.");
 }
 
 void LogHtmForm1::ShowMessage(std::string text) {
-    (*this)["Label2"].SetVisible(true);
-    (*this)["Label2"].SetCaption(std::move(text));
+    Label2_.SetVisible(true);
+    Label2_.SetCaption(std::move(text));
     p_.ui.Refresh(*this);
 }
 

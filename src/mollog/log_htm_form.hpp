@@ -39,6 +39,13 @@ private:
     Program& p_;
     // The header of a new index, until it is written.
     std::string indexHeader_;
+
+    // The controls, in creation order.
+    ui::Control& Label1_;
+    ui::Control& Label2_;
+    ui::Control& Label3_;
+    ui::Control& Label4_;
+    ui::Control& Command2_;
 };
 
 }  // namespace ravelo::LogToHtm

@@ -7,33 +7,36 @@
 
 namespace ravelo {
 
-RaveloUtils::RaveloUtils(Program& p) : Form(p.ui, std::string(kName), "Ravelo Utilities"), p_(p) {
-    using ui::ControlKind;
-    Add("Label1", ControlKind::Label, "The Ravelo Suite of Utilities");
+using ui::ControlKind;
+
+RaveloUtils::RaveloUtils(Program& p)
+    : Form(p.ui, std::string(kName), "Ravelo Utilities"),
+      p_(p),
+      Label1_(Add("Label1", ControlKind::Label, "The Ravelo Suite of Utilities")),
+      Label2_(Add("Label2", ControlKind::Label, "Batch Structure Energy Minimizer")),
+      Label3_(Add("Label3", ControlKind::Label, "Calculx")),
+      Label4_(Add("Label4", ControlKind::Label, "File Converter")),
+      Label5_(Add("Label5", ControlKind::Label, "Molecular Inventory")),
+      Label6_(Add("Label6", ControlKind::Label, "Clone Molecule.Log into Molecule.Htm")),
+      Label7_(Add("Label7", ControlKind::Label, "Read URLs")),  // hidden, and without an action
+      Label8_(Add("Label8", ControlKind::Label, "Molecular Slide Show")),
+      Label9_(Add("Label9", ControlKind::Label, "Update Dmor Molecular Log")),
+      Label10_(Add("Label10", ControlKind::Label, VersionLine())),
+      Command1_(Add("Command1", ControlKind::Button, "EXIT")) {
     struct MenuEntry {
-        const char* label;
-        const char* caption;
+        ui::Control& label;
         const char* word;
     };
-    static constexpr MenuEntry kMenu[] = {
-        {"Label2", "Batch Structure Energy Minimizer", "ravelobatch"},
-        {"Label3", "Calculx", "calculx"},
-        {"Label4", "File Converter", "fileconv"},
-        {"Label5", "Molecular Inventory", "inventory"},
-        {"Label6", "Clone Molecule.Log into Molecule.Htm", "logtohtm"},
-        {"Label7", "Read URLs", nullptr},   // hidden, and without an action
-        {"Label8", "Molecular Slide Show", "slideshow"},
-        {"Label9", "Update Dmor Molecular Log", "updtmol"},
+    const MenuEntry menu[] = {
+        {Label2_, "ravelobatch"}, {Label3_, "calculx"},   {Label4_, "fileconv"}, {Label5_, "inventory"},
+        {Label6_, "logtohtm"},    {Label8_, "slideshow"}, {Label9_, "updtmol"},
     };
-    for (const MenuEntry& entry : kMenu) {
-        ui::Control& label = Add(entry.label, ControlKind::Label, entry.caption);
-        if (entry.word) label.onClick = [this, word = std::string(entry.word)] { Open(word); };
-    }
-    Add("Label10", ControlKind::Label, VersionLine());
-    Add("Command1", ControlKind::Button, "EXIT").onClick = [this] { Unload(); };
+    for (const MenuEntry& entry : menu)
+        entry.label.onClick = [this, word = std::string(entry.word)] { Open(word); };
+    Command1_.onClick = [this] { Unload(); };
 }
 
-void RaveloUtils::Form_Load() { (*this)["Label7"].SetVisible(false); }
+void RaveloUtils::Form_Load() { Label7_.SetVisible(false); }
 
 // Closing the main window ends the whole program.
 void RaveloUtils::Form_Unload(int& cancel) {

@@ -108,9 +108,9 @@ void DispatchCommand(Program& p) {
         utility->second(p);
         return;
     }
-    ui::Form* main = p.ExistingWindow(RaveloUtils::kName);
+    auto* main = static_cast<RaveloUtils*>(p.ExistingWindow(RaveloUtils::kName));
     if (main && main->Visible()) {
-        (*main)["Label10"].SetCaption(std::string(kNotOffered));
+        main->ShowNotice(std::string(kNotOffered));
         p.ui.Refresh(*main);
         WaitSeconds(p, 5.0);
     }

@@ -9,29 +9,39 @@
 
 namespace ravelo::windows {
 
+using ui::ControlKind;
+
 ConverterWindow::ConverterWindow(Program& p, const formats::Format& format)
-    : Form(p.ui, std::string(format.window), std::string(format.texts.caption)), p_(p), format_(format) {
-    using ui::ControlKind;
-    Add("Command1", ControlKind::Button, "Convert").onClick = [this] {
-        fileName = Trim(Trim((*this)["Text1"].Text()));
+    : Form(p.ui, std::string(format.window), std::string(format.texts.caption)),
+      p_(p),
+      format_(format),
+      Command1_(Add("Command1", ControlKind::Button, "Convert")),
+      Command2_(Add("Command2", ControlKind::Button, "Cancel")),
+      Command3_(Add("Command3", ControlKind::Button, "YES")),
+      Command4_(Add("Command4", ControlKind::Button, "EXIT")),
+      Text1_(Add("Text1", ControlKind::TextBox)),
+      Label1_(Add("Label1", ControlKind::Label, std::string(format_.texts.title))),
+      Label2_(Add("Label2", ControlKind::Label, VersionLine())),
+      Label3_(Add("Label3", ControlKind::Label)),
+      Label4_(Add("Label4", ControlKind::Label)),
+      Label5_(Add("Label5", ControlKind::Label)),
+      Label6_(Add("Label6", ControlKind::Label)) {
+    Command1_.onClick = [this] {
+        fileName = Trim(Trim(Text1_.Text()));
         // A typed name is converted as it stands, without the cleaning pass.
         ConvertFile(fileName);
         AskConvertAnother();
     };
-    Add("Command2", ControlKind::Button, "Cancel").onClick = [this] {
+    Command2_.onClick = [this] {
         fileName.clear();
-        (*this)["Text1"].SetText("");
-        SetFocus("Text1");
+        Text1_.SetText("");
+        SetFocus(Text1_.Name());
     };
-    Add("Command3", ControlKind::Button, "YES").onClick = [this] {
-        SetFocus("Text1");
+    Command3_.onClick = [this] {
+        SetFocus(Text1_.Name());
         InitConverter();
     };
-    Add("Command4", ControlKind::Button, "EXIT").onClick = [this] { Unload(); };
-    Add("Text1", ControlKind::TextBox);
-    Add("Label1", ControlKind::Label, std::string(format_.texts.title));
-    Add("Label2", ControlKind::Label, VersionLine());
-    for (const char* label : {"Label3", "Label4", "Label5", "Label6"}) Add(label, ControlKind::Label);
+    Command4_.onClick = [this] { Unload(); };
 }
 
 // A start from the command line with a library count of exactly 1 converts
@@ -45,8 +55,8 @@ void ConverterWindow::Form_Load() {
 }
 
 void ConverterWindow::Form_Activate() {
-    for (const char* label : {"Label2", "Label3", "Label4", "Label5", "Label6"}) (*this)[label].SetCaption("");
-    (*this)["Text1"].SetText("");
+    for (ui::Control* label : {&Label2_, &Label3_, &Label4_, &Label5_, &Label6_}) label->SetCaption("");
+    Text1_.SetText("");
     if (p_.LibraryCount == 0) {
         startedWithFile_ = 0;
         InitConverter();
@@ -77,47 +87,43 @@ void ConverterWindow::ConvertFile(const std::string& name) {
 }
 
 void ConverterWindow::SetUpControls() {
-    (*this)["Label1"].SetCaption(std::string(format_.texts.title));
-    (*this)["Label2"].SetCaption(VersionLine());
-    for (const char* label : {"Label3", "Label4", "Label5", "Label6"}) (*this)[label].SetCaption("");
-    (*this)["Text1"].SetText("");
-    for (const char* button : {"Command1", "Command2", "Command4"}) (*this)[button].SetVisible(true);
-    (*this)["Command3"].SetVisible(false);
+    Label1_.SetCaption(std::string(format_.texts.title));
+    Label2_.SetCaption(VersionLine());
+    for (ui::Control* label : {&Label3_, &Label4_, &Label5_, &Label6_}) label->SetCaption("");
+    Text1_.SetText("");
+    for (ui::Control* button : {&Command1_, &Command2_, &Command4_}) button->SetVisible(true);
+    Command3_.SetVisible(false);
     startedWithFile_ = 0;
 }
 
 bool ConverterWindow::TakeFileName() {
     if (fileName.empty()) {
-        (*this)["Label3"].SetCaption(std::string(format_.texts.prompt));
+        Label3_.SetCaption(std::string(format_.texts.prompt));
         return false;
     }
     startedWithFile_ = 1;
     // A quoted path from the command line loses its quotes.
     if (Contains(fileName, "\"")) fileName = DropFirst(DropLast(fileName, 1));
     fileName = Trim(fileName);
-    (*this)["Text1"].SetText(fileName);
+    Text1_.SetText(fileName);
     return true;
 }
 
 void ConverterWindow::AskConvertAnother() {
-    for (const char* button : {"Command1", "Command2", "Command3", "Command4"}) (*this)[button].SetVisible(false);
-    (*this)["Label4"].SetCaption("");
+    for (ui::Control* button : {&Command1_, &Command2_, &Command3_, &Command4_}) button->SetVisible(false);
+    Label4_.SetCaption("");
     if (startedWithFile_ != 1) {
-        (*this)["Command3"].SetVisible(true);
-        (*this)["Command4"].SetVisible(true);
-        SetFocus("Command3");
-        (*this)["Label5"].SetCaption(std::string(format_.texts.question));
+        Command3_.SetVisible(true);
+        Command4_.SetVisible(true);
+        SetFocus(Command3_.Name());
+        Label5_.SetCaption(std::string(format_.texts.question));
     }
     p_.ui.Refresh(*this);
 }
 
 void ConverterWindow::FinishConversion() {
-    FileConv& converter = FileConv::Of(p_);
-    converter["Command1"].SetCaption("Done");
-    p_.ui.Refresh(converter);
-    if (p_.LibraryCount == 0) WaitSeconds(p_, 1.0);
-    converter["Command1"].SetCaption(p_.SelectFilePrompt);
-    converter.RefreshFiles();
+    // The pause is skipped within a library job.
+    FileConv::Of(p_).ShowDone(p_.LibraryCount == 0);
     // A window that converted the file the converter handed it closes, so
     // that the next file finds it afresh.
     if (startedWithFile_ == 1 && Loaded()) Unload();
@@ -134,7 +140,7 @@ void ConverterWindow::ConvertLibrary() {
         return;
     }
     const std::string library = fileName;
-    (*this)["Text1"].SetText("Separating Library into Files.");
+    Text1_.SetText("Separating Library into Files.");
     for (std::int32_t i = 1; i <= count; ++i) {
         ConvertFile(DropLast(library, 4) + "_" + std::to_string(i) + extension);
         WaitSeconds(p_, 3.0);
@@ -144,7 +150,7 @@ void ConverterWindow::ConvertLibrary() {
 }
 
 void ConverterWindow::ShowProgress(const std::string& text) {
-    (*this)["Label4"].SetCaption(text);
+    Label4_.SetCaption(text);
     p_.ui.Refresh(*this);
 }
 

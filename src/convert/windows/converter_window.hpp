@@ -55,6 +55,19 @@ private:
     const formats::Format& format_;
     formats::ReaderMemory memory_;
     int startedWithFile_ = 0;
+
+    // The controls, in creation order.
+    ui::Control& Command1_;
+    ui::Control& Command2_;
+    ui::Control& Command3_;
+    ui::Control& Command4_;
+    ui::Control& Text1_;
+    ui::Control& Label1_;
+    ui::Control& Label2_;
+    ui::Control& Label3_;
+    ui::Control& Label4_;
+    ui::Control& Label5_;
+    ui::Control& Label6_;
 };
 
 }  // namespace ravelo::windows

@@ -32,41 +32,43 @@ std::string Parent(const std::string& folder) {
     return parent;
 }
 
+using ui::ControlKind;
+
 }  // namespace
 
-FileConv::FileConv(Program& p) : Form(p.ui, std::string(kName), "Convert Files to Kalmodyn Format"), p_(p) {
-    using ui::ControlKind;
-    ui::Control& drive = Add("Drive1", ControlKind::DriveList);
-    drive.onNavigate = [this](int index) {
-        ui::Control& list = (*this)["Drive1"];
-        list.state.path = list.state.items[static_cast<std::size_t>(index)];
+FileConv::FileConv(Program& p)
+    : Form(p.ui, std::string(kName), "Convert Files to Kalmodyn Format"),
+      p_(p),
+      Drive1_(Add("Drive1", ControlKind::DriveList)),
+      Dir1_(Add("Dir1", ControlKind::DirList)),
+      File1_(Add("File1", ControlKind::FileList)),
+      Command1_(Add("Command1", ControlKind::Button, "Select a File Above to Process")),
+      Command6_(Add("Command6", ControlKind::Button, "EXIT")),
+      Label2_(Add("Label2", ControlKind::Label)),
+      Label1_(Add("Label1", ControlKind::Label, VersionLine())) {
+    Drive1_.onNavigate = [this](int index) {
+        Drive1_.state.path = Drive1_.state.items[static_cast<std::size_t>(index)];
     };
-    drive.onChange = [this] { ShowFolder(UCase((*this)["Drive1"].state.path) + "\\"); };
+    Drive1_.onChange = [this] { ShowFolder(UCase(Drive1_.state.path) + "\\"); };
 
-    ui::Control& dir = Add("Dir1", ControlKind::DirList);
-    dir.onNavigate = [this](int index) {
-        ui::Control& list = (*this)["Dir1"];
-        const std::string& entry = list.state.items[static_cast<std::size_t>(index)];
-        list.state.path = entry == ".." ? Parent(list.state.path) : Join(list.state.path, entry);
+    Dir1_.onNavigate = [this](int index) {
+        const std::string& entry = Dir1_.state.items[static_cast<std::size_t>(index)];
+        Dir1_.state.path = entry == ".." ? Parent(Dir1_.state.path) : Join(Dir1_.state.path, entry);
     };
-    dir.onChange = [this] { ShowFolder((*this)["Dir1"].state.path); };
+    Dir1_.onChange = [this] { ShowFolder(Dir1_.state.path); };
 
-    ui::Control& files = Add("File1", ControlKind::FileList);
-    files.onClick = [this] {
-        ui::Control& list = (*this)["File1"];
-        if (list.state.listIndex < 0) return;
-        p_.CurrentFile = list.state.path + "\\" + list.SelectedItem();
-        p_.fs.ChDir(list.state.path);
-        if (!p_.CurrentFile.empty()) (*this)["Command1"].SetCaption("Click Here to Process the Selected File");
+    File1_.onClick = [this] {
+        if (File1_.state.listIndex < 0) return;
+        p_.CurrentFile = File1_.state.path + "\\" + File1_.SelectedItem();
+        p_.fs.ChDir(File1_.state.path);
+        if (!p_.CurrentFile.empty()) Command1_.SetCaption("Click Here to Process the Selected File");
     };
 
-    Add("Command1", ControlKind::Button, "Select a File Above to Process").onClick = [this] {
+    Command1_.onClick = [this] {
         p_.LibraryEntryCounter = 0;
         ConvertByType(p_);
     };
-    Add("Command6", ControlKind::Button, "EXIT").onClick = [this] { Unload(); };
-    Add("Label2", ControlKind::Label);
-    Add("Label1", ControlKind::Label, VersionLine());
+    Command6_.onClick = [this] { Unload(); };
 }
 
 FileConv& FileConv::Of(Program& p) {
@@ -77,41 +79,49 @@ FileConv& FileConv::Of(Program& p) {
 
 // The lists start at the current directory.
 void FileConv::Form_Load() {
-    ui::Control& drives = (*this)["Drive1"];
-    drives.Clear();
-    for (char letter : p_.fs.Drives().Letters()) drives.AddItem(LCase(std::string(1, letter)) + ":");
+    Drive1_.Clear();
+    for (char letter : p_.fs.Drives().Letters()) Drive1_.AddItem(LCase(std::string(1, letter)) + ":");
     ShowFolder(p_.fs.CurDir());
 }
 
 void FileConv::Form_Activate() {
-    (*this)["Label2"].SetCaption(p_.IdentifyFilePrompt);
-    (*this)["Command1"].SetCaption(p_.SelectFilePrompt);
+    Label2_.SetCaption(p_.IdentifyFilePrompt);
+    Command1_.SetCaption(p_.SelectFilePrompt);
     if (p_.InstallDrive.empty()) CheckInstallation(p_);
 }
 
 void FileConv::ShowFolder(const std::string& folder) {
-    ui::Control& drives = (*this)["Drive1"];
-    drives.state.path = LCase(Left(folder, 2));
-    ui::Control& dirs = (*this)["Dir1"];
-    dirs.state.path = folder;
-    dirs.Clear();
-    if (Parent(folder) != folder) dirs.AddItem("..");
-    for (const std::string& name : p_.fs.SubDirs(folder)) dirs.AddItem(name);
-    (*this)["File1"].state.path = folder;
+    Drive1_.state.path = LCase(Left(folder, 2));
+    Dir1_.state.path = folder;
+    Dir1_.Clear();
+    if (Parent(folder) != folder) Dir1_.AddItem("..");
+    for (const std::string& name : p_.fs.SubDirs(folder)) Dir1_.AddItem(name);
+    File1_.state.path = folder;
     RefreshFiles();
 }
 
-void FileConv::ShowDone() {
-    (*this)["Command1"].SetCaption("Done");
+void FileConv::ShowProcessing() {
+    Command1_.SetCaption("Processing The File");
     p_.ui.Refresh(*this);
-    (*this)["Command1"].SetCaption(p_.SelectFilePrompt);
+}
+
+void FileConv::ShowDone(bool pause) {
+    Command1_.SetCaption("Done");
+    p_.ui.Refresh(*this);
+    if (pause) WaitSeconds(p_, 1.0);
+    Command1_.SetCaption(p_.SelectFilePrompt);
     RefreshFiles();
+}
+
+void FileConv::ShowMessage(std::string text) {
+    Label2_.SetCaption(std::move(text));
+    p_.ui.Refresh(*this);
 }
 
 void FileConv::RefreshFiles() {
-    ui::Control& files = (*this)["File1"];
-    files.Clear();
-    for (const std::string& name : p_.fs.Dir(Join(files.state.path, files.state.pattern))) files.AddItem(name);
+    File1_.Clear();
+    for (const std::string& name : p_.fs.Dir(Join(File1_.state.path, File1_.state.pattern)))
+        File1_.AddItem(name);
     p_.ui.Refresh(*this);
 }
 
@@ -192,8 +202,7 @@ void ConvertByType(Program& p) {
     }
     if (p.CurrentFile.empty()) return;
     FileConv& converter = FileConv::Of(p);
-    converter["Command1"].SetCaption("Processing The File");
-    p.ui.Refresh(converter);
+    converter.ShowProcessing();
 
     // The file gets a safe name on disk before it is read: blanks, points
     // and commas of the name (folders included) become "_".
@@ -222,11 +231,9 @@ void ConvertByType(Program& p) {
         return;
     }
     if (!converter.Visible()) return;
-    converter["Label2"].SetCaption("Sorry, this file type is not among those currently processed.");
-    p.ui.Refresh(converter);
+    converter.ShowMessage("Sorry, this file type is not among those currently processed.");
     WaitSeconds(p, 5.0);
-    converter["Label2"].SetCaption(p.IdentifyFilePrompt);
-    p.ui.Refresh(converter);
+    converter.ShowMessage(p.IdentifyFilePrompt);
 }
 
 std::string ConverterWindowFor(const Program& p, std::string_view extension) {

@@ -27,14 +27,27 @@ public:
 
     // Lists the files of the file list's folder again.
     void RefreshFiles();
-    // A conversion without a window of its own is over: "Done" on the
-    // button, then its prompt again, and the files listed again.
-    void ShowDone();
+    // "Processing The File" on the button.
+    void ShowProcessing();
+    // A conversion is over: "Done" on the button (for a second when
+    // `pause`), then its prompt again, and the files listed again.
+    void ShowDone(bool pause = false);
+    // A text in the message line.
+    void ShowMessage(std::string text);
 
 private:
     void ShowFolder(const std::string& folder);
 
     Program& p_;
+
+    // The controls, in creation order.
+    ui::Control& Drive1_;
+    ui::Control& Dir1_;
+    ui::Control& File1_;
+    ui::Control& Command1_;
+    ui::Control& Command6_;
+    ui::Control& Label2_;
+    ui::Control& Label1_;
 };
 
 }  // namespace ravelo::windows
