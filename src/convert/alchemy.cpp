@@ -33,9 +33,9 @@ void ConvertFile(Program& p, const std::string& fileName) {
         std::string line = Trim(in.LineInput());
         // The first letters after the atom number are the atom type: C3 is
         // carbon, but CAR reads as calcium where that element is listed.
-        lastAtom = FilCvrt::WriteNumberedAtom(p, in, line, out);
+        lastAtom = FilCvrt::WriteNumberedAtom(in, line, out);
     }
-    FilCvrt::WriteEndRecord(p, out, title, ToInt32(static_cast<double>(lastAtom) + 1));
+    FilCvrt::WriteEndRecord(out, title, ToInt32(static_cast<double>(lastAtom) + 1));
     out.Close();
     FilCvrt::ValidateOutputFile(p, outPath);
 }

@@ -56,7 +56,7 @@ void Announce(Program& p, const Progress& progress, const std::string& text);
 void WriteCell(OutputFile& out, const Cell& cell, const std::string& title, const std::string& rFactor);
 // One atom record from a cleaned coordinate line; labels are read by the
 // rules of the file type the reader was given (InputExt).
-void WriteAtom(const Program& p, FilCvrt::SourceType type, InputFile& in, OutputFile& out, std::string& line);
+void WriteAtom(FilCvrt::SourceType type, InputFile& in, OutputFile& out, std::string& line);
 // Leaves the input under `newName` unless that is its name already, and
 // tells the modeller through the N log.
 void RenameInput(Program& p, const std::string& input, const std::string& newName);
@@ -121,7 +121,7 @@ std::int64_t CIFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
             if (!Contains(line, ".")) continue;
             if (line.size() < kShortCifAtom) Raise(kBadRecordLength);
             ++atoms;
-            WriteAtom(p, type, in, out, line);
+            WriteAtom(type, in, out, line);
         }
         out.Close();   // a failure to put the file in place is reported here
     }
@@ -199,7 +199,7 @@ std::int64_t CMFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
             FilCvrt::CleanNumericLine(rest);
             if (!Contains(rest, ".")) break;
             if (rest.size() < kShortListingAtom) Raise(kBadRecordLength);
-            WriteAtom(p, type, in, out, rest);
+            WriteAtom(type, in, out, rest);
         }
         out.Close();
     }
@@ -266,7 +266,7 @@ std::int64_t CSDFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
             if (!Contains(atom, ".")) break;
             if (atom.size() < kShortListingAtom) Raise(kBadRecordLength);
             ++atoms;
-            WriteAtom(p, type, in, out, atom);
+            WriteAtom(type, in, out, atom);
         }
         out.Close();
     }
@@ -421,11 +421,11 @@ void WriteCell(OutputFile& out, const Cell& cell, const std::string& title, cons
                      Field::Double(cell.angles[2]), Field::Text(rFactor)});
 }
 
-void WriteAtom(const Program& p, FilCvrt::SourceType type, InputFile& in, OutputFile& out, std::string& line) {
+void WriteAtom(FilCvrt::SourceType type, InputFile& in, OutputFile& out, std::string& line) {
     double x = 0, y = 0, z = 0;
     FilCvrt::ReadCoordinates(type, in, line, x, y, z);
     std::string symbol;
-    FilCvrt::GetElementSymbol(p, type, line, symbol);
+    FilCvrt::GetElementSymbol(type, line, symbol);
     out.WriteRecord({Field::Double(x), Field::Double(y), Field::Double(z), Field::Text(symbol)});
 }
 

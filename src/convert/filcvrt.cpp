@@ -297,7 +297,7 @@ bool IsLetter(unsigned char c) {
 
 }  // namespace
 
-void PrepareInputFile(Program& p, const std::string& path) {
+bool PrepareInputFile(Program& p, const std::string& path) {
     std::string base;
     if (Contains(path, ".")) {
         // The first "." of the whole path: a folder name with a point gives a
@@ -305,10 +305,10 @@ void PrepareInputFile(Program& p, const std::string& path) {
         p.InputExt = TextFrom(path, ".");
         base = TextBefore(path, ".");
     }
-    MakeCleanTempFile(p, path, base, p.InputExt);
+    return MakeCleanTempFile(p, path, base, p.InputExt);
 }
 
-void MakeCleanTempFile(Program& p, const std::string& path, const std::string& base, const std::string& ext) {
+bool MakeCleanTempFile(Program& p, const std::string& path, const std::string& base, const std::string& ext) {
     // The work files base + ".tmp" and base + ".tnp" of the cleaning are
     // never written: the rebuilt and cleaned lines stream straight into the
     // replacement of the input, which leaves the same file in one pass. Ones
@@ -317,7 +317,6 @@ void MakeCleanTempFile(Program& p, const std::string& path, const std::string& b
     RemoveStaleWorkFile(p, path, base + ".tnp");
 
     const bool passed = LineEndsPass(p, path);
-    p.LineEndsOk = passed ? p.YesText : p.NoText;
 
     // The cleaned text goes back to base + ext, the input's own path. It is
     // renamed over the target only once it is whole, so the user's file is
@@ -337,6 +336,7 @@ void MakeCleanTempFile(Program& p, const std::string& path, const std::string& b
         // takes the case of the name.
         p.fs.Name(target, target);
     }
+    return passed;
 }
 
 void SplitFileName(Program& p, const std::string& path, std::string& name) {
@@ -436,7 +436,7 @@ void ReadCoordinates(SourceType type, InputFile& in, std::string& line, double& 
     }
 }
 
-void GetElementSymbol(const Program& p, SourceType type, std::string& label, std::string& symbol) {
+void GetElementSymbol(SourceType type, std::string& label, std::string& symbol) {
     symbol.clear();
     TrimInPlace(label);
     std::size_t at = 0;
@@ -452,7 +452,7 @@ void GetElementSymbol(const Program& p, SourceType type, std::string& label, std
         second >= 'A' && second <= 'D')
         return;
     const std::string candidate = symbol + LCase(std::string(1, second));
-    if (Contains(p.ElementSymbols, candidate)) symbol = candidate;
+    if (Contains(kElementSymbols, candidate)) symbol = candidate;
 }
 
 void CleanMoleculeName(const std::string& fallback, std::string& name) {
@@ -475,7 +475,7 @@ void RoundToPlaces(double& value, std::int32_t places) {
     value = Divide(RoundHalfEven(scaled), scale);
 }
 
-void ValidateOutputFile(Program& p, const std::string& path) {
+bool ValidateOutputFile(Program& p, const std::string& path) {
     std::int32_t lines = 0;
     {
         InputFile in = p.fs.OpenInput(path);
@@ -486,12 +486,9 @@ void ValidateOutputFile(Program& p, const std::string& path) {
         }
     }
     // Fewer than three atoms and the end record is no structure.
-    if (lines < 4) {
-        DeleteIfExists(p, path);
-        p.ConvertResult = p.NoText;
-    } else {
-        p.ConvertResult = p.YesText;
-    }
+    if (lines >= 4) return true;
+    DeleteIfExists(p, path);
+    return false;
 }
 
 void WriteAtomRecord(OutputFile& out, double x, double y, double z, const std::string& symbol,
@@ -499,9 +496,9 @@ void WriteAtomRecord(OutputFile& out, double x, double y, double z, const std::s
     out.WriteRecord({Field::Double(x), Field::Double(y), Field::Double(z), Field::Text(symbol), Field::Integer(serial)});
 }
 
-void WriteEndRecord(const Program& p, OutputFile& out, const std::string& title, std::int32_t count) {
-    out.WriteRecord({Field::Integer(p.ZeroValue), Field::Integer(p.ZeroValue), Field::Integer(p.ZeroValue),
-                     Field::Text(title), Field::Integer(count)});
+// The end record: three zeros, the title, and the count.
+void WriteEndRecord(OutputFile& out, const std::string& title, std::int32_t count) {
+    out.WriteRecord({Field::Integer(0), Field::Integer(0), Field::Integer(0), Field::Text(title), Field::Integer(count)});
 }
 
 void MoveFile(Program& p, const std::string& from, const std::string& to) {
@@ -518,11 +515,11 @@ void MoveFile(Program& p, const std::string& from, const std::string& to) {
     p.fs.Kill(from);
 }
 
-std::int32_t WriteNumberedAtom(const Program& p, InputFile& in, std::string& line, OutputFile& out) {
+std::int32_t WriteNumberedAtom(InputFile& in, std::string& line, OutputFile& out) {
     double x = 0, y = 0, z = 0;
     ReadCoordinates(SourceType::Plain, in, line, x, y, z);
     std::string symbol;
-    GetElementSymbol(p, SourceType::Plain, line, symbol);
+    GetElementSymbol(SourceType::Plain, line, symbol);
     const std::int32_t number = ToInt32(Val(TextUpToIncluding(line, " ")));
     WriteAtomRecord(out, x, y, z, symbol, number);
     return number;

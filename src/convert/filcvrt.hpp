@@ -17,14 +17,16 @@ namespace ravelo::FilCvrt {
 
 // Cleans the input in place: with a "." in the path, InputExt becomes the
 // text from the first "." on and the base the text before it; then
-// MakeCleanTempFile. A path without "." has an empty base and keeps InputExt.
-void PrepareInputFile(Program& p, const std::string& path);
+// MakeCleanTempFile, whose answer it gives. A path without "." has an empty
+// base and keeps InputExt.
+bool PrepareInputFile(Program& p, const std::string& path);
 
 // Rewrites the file at `path` with cleaned text, through the work files
-// base + ".tmp" and base + ".tnp": the line-end scan (LineEndsOk), the
-// rebuild of bad line ends, "=END" to "END", "<i>" and "</i>" removed, empty
-// lines dropped. The cleaned text replaces the input whole.
-void MakeCleanTempFile(Program& p, const std::string& path, const std::string& base, const std::string& ext);
+// base + ".tmp" and base + ".tnp": the line-end scan, the rebuild of bad line
+// ends, "=END" to "END", "<i>" and "</i>" removed, empty lines dropped. The
+// cleaned text replaces the input whole. Returns whether the line ends
+// passed the scan as they were.
+bool MakeCleanTempFile(Program& p, const std::string& path, const std::string& base, const std::string& ext);
 
 // SourceDir = the path up to and including its last "\"; name = the rest
 // less its last 4 characters. A path without "\" leaves both unchanged.
@@ -56,7 +58,7 @@ void ReadCoordinates(SourceType type, InputFile& in, std::string& line, double& 
 // The element symbol of an atom label (trimmed in place): one upper-case
 // letter, or two letters when they name an element. In Labelled files CA,
 // CB, HD, OD and the like are carbon, hydrogen and oxygen.
-void GetElementSymbol(const Program& p, SourceType type, std::string& label, std::string& symbol);
+void GetElementSymbol(SourceType type, std::string& label, std::string& symbol);
 
 // A title safe for a file name: blanks, "." and "," become "_"; a name that
 // is a number where the fallback is not, an empty name and one longer than
@@ -68,19 +70,19 @@ void CleanMoleculeName(const std::string& fallback, std::string& name);
 void RoundToPlaces(double& value, std::int32_t places);
 
 // Counts the lines of a written output; fewer than 4: the file is deleted
-// and ConvertResult is NoText, else YesText.
-void ValidateOutputFile(Program& p, const std::string& path);
+// and the answer is false.
+bool ValidateOutputFile(Program& p, const std::string& path);
 
 // The records of an SXS (or XXS) file.
 void WriteAtomRecord(OutputFile& out, double x, double y, double z, const std::string& symbol,
                      std::int32_t serial);
-void WriteEndRecord(const Program& p, OutputFile& out, const std::string& title, std::int32_t count);
+void WriteEndRecord(OutputFile& out, const std::string& title, std::int32_t count);
 
 // One atom of a line that starts with the atom's own number: the coordinates
 // (read on into further lines when the line runs short), the element symbol
 // from the letters of the line, and the atom record under the file's number,
 // which is returned.
-std::int32_t WriteNumberedAtom(const Program& p, InputFile& in, std::string& line, OutputFile& out);
+std::int32_t WriteNumberedAtom(InputFile& in, std::string& line, OutputFile& out);
 
 // Moves a file to a new name as a copy and a delete; the new file appears
 // whole or not at all, and the old one goes only once the new one is there.

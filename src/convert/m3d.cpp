@@ -41,10 +41,10 @@ void ConvertFile(Program& p, const std::string& fileName, std::int32_t& lastAtom
         double x = 0, y = 0, z = 0;
         FilCvrt::ReadCoordinates(FilCvrt::SourceType::Plain, in, line, x, y, z);
         std::string symbol;
-        FilCvrt::GetElementSymbol(p, FilCvrt::SourceType::Plain, line, symbol);
+        FilCvrt::GetElementSymbol(FilCvrt::SourceType::Plain, line, symbol);
         FilCvrt::WriteAtomRecord(out, x, y, z, symbol, lastAtom);
     }
-    FilCvrt::WriteEndRecord(p, out, title, ToInt32(static_cast<double>(lastAtom) + 1));
+    FilCvrt::WriteEndRecord(out, title, ToInt32(static_cast<double>(lastAtom) + 1));
     out.Close();
     FilCvrt::ValidateOutputFile(p, outPath);
 }

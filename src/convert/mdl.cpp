@@ -68,10 +68,10 @@ void ConvertFile(Program& p, const std::string& fileName) {
         // The symbol follows the first coordinate's text.
         std::string label = Trim(TextFrom(line, " "));
         std::string symbol;
-        FilCvrt::GetElementSymbol(p, FilCvrt::SourceType::Plain, label, symbol);
+        FilCvrt::GetElementSymbol(FilCvrt::SourceType::Plain, label, symbol);
         FilCvrt::WriteAtomRecord(out, x, y, z, symbol, static_cast<std::int32_t>(counter));  // <= count
     }
-    FilCvrt::WriteEndRecord(p, out, title, ToInt32(static_cast<double>(counter + 1)));
+    FilCvrt::WriteEndRecord(out, title, ToInt32(static_cast<double>(counter + 1)));
     out.Close();
     FilCvrt::ValidateOutputFile(p, outPath);
 }

@@ -101,7 +101,7 @@ void ConvertFile(Program& p, const std::string& fileName, const std::string& dia
         // the form these conversions have always had, kept as it is.
         FilCvrt::WriteAtomRecord(out, atom.x, atom.y, atom.z, atom.symbol, 1);
     }
-    FilCvrt::WriteEndRecord(p, out, title, 2);
+    FilCvrt::WriteEndRecord(out, title, 2);
     out.Close();
     FilCvrt::ValidateOutputFile(p, outPath);
 }

@@ -47,9 +47,9 @@ void ConvertFile(Program& p, const std::string& fileName) {
         // The blank line after the last atom closes the table.
         if (!Contains(line, ".") || line.empty()) break;
         // The first letters after the atom number are the ATOM column.
-        lastAtom = FilCvrt::WriteNumberedAtom(p, in, line, out);
+        lastAtom = FilCvrt::WriteNumberedAtom(in, line, out);
     }
-    FilCvrt::WriteEndRecord(p, out, title, ToInt32(static_cast<double>(lastAtom) + 1));
+    FilCvrt::WriteEndRecord(out, title, ToInt32(static_cast<double>(lastAtom) + 1));
     out.Close();
     FilCvrt::ValidateOutputFile(p, outPath);
 }

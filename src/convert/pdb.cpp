@@ -69,11 +69,11 @@ void ConvertFile(Program& p, const std::string& fileName,
             lastNumber = ToInt32(Val(number));
             double x = 0, y = 0, z = 0;
             FilCvrt::ReadCoordinates(FilCvrt::SourceType::Labelled, in, rest, x, y, z);
-            FilCvrt::GetElementSymbol(p, FilCvrt::SourceType::Labelled, rest, symbol);
+            FilCvrt::GetElementSymbol(FilCvrt::SourceType::Labelled, rest, symbol);
             FilCvrt::WriteAtomRecord(out, x, y, z, symbol, lastNumber);
         }
         // An ".ent" file is closed as ".pdb" too: it is renamed to that below.
-        FilCvrt::WriteEndRecord(p, out, header.name + ".pdb", ToInt32(static_cast<double>(lastNumber) + 1));
+        FilCvrt::WriteEndRecord(out, header.name + ".pdb", ToInt32(static_cast<double>(lastNumber) + 1));
         if (header.hasResolution) out.PrintLine("Resolution_High = " + header.resolution);
         out.Close();
     }

@@ -114,7 +114,6 @@ void SplitLibraryFile(Program& p, std::int32_t& count, const std::string& source
     if (count < 2) return;
 
     if (progress) progress("Separating Library into" + NumText(static_cast<long long>(count)) + " Files.");
-    p.ConvertResult = p.YesText;
 
     // The pieces are named after the library's full name up to its last ".".
     const std::size_t point = InStrRev(source, ".");

@@ -36,9 +36,9 @@ void ConvertFile(Program& p, const std::string& fileName) {
         // The atom number holds digits only, so the first letters of the
         // line are the atom's name; the Sybyl type further on plays no part.
         // The file's own numbering is kept, gaps and all.
-        lastAtom = FilCvrt::WriteNumberedAtom(p, in, line, out);
+        lastAtom = FilCvrt::WriteNumberedAtom(in, line, out);
     }
-    FilCvrt::WriteEndRecord(p, out, title, ToInt32(static_cast<double>(lastAtom) + 1));
+    FilCvrt::WriteEndRecord(out, title, ToInt32(static_cast<double>(lastAtom) + 1));
     out.Close();
     FilCvrt::ValidateOutputFile(p, outPath);
 }

@@ -28,7 +28,7 @@ struct Atom {
 struct Shear {
     double c = 1, t = 0;
 };
-Shear ShearOf(const Program& p, double angle);
+Shear ShearOf(double angle);
 
 // Fractional to Cartesian coordinates in the modeller's frame: c along Z,
 // b in the YZ plane.
@@ -78,7 +78,7 @@ void ConvertFile(Program& p, const std::string& fileName,
     // which leaves too short a file to keep.
     if (atoms.empty()) atoms.emplace_back();
 
-    Orthogonalise(atoms, a, b, c, ShearOf(p, alpha), ShearOf(p, beta), ShearOf(p, gamma));
+    Orthogonalise(atoms, a, b, c, ShearOf(alpha), ShearOf(beta), ShearOf(gamma));
 
     OutputFile out = p.fs.OpenOutput(outPath);
     std::int32_t serial = 0;
@@ -89,7 +89,7 @@ void ConvertFile(Program& p, const std::string& fileName,
         FilCvrt::WriteAtomRecord(out, atom.x, atom.y, atom.z, atom.symbol, ++serial);
     }
     // The "#" marks a title taken from a crystal file.
-    FilCvrt::WriteEndRecord(p, out, "#" + name, serial + 1);
+    FilCvrt::WriteEndRecord(out, "#" + name, serial + 1);
     if (rFactor != "+") out.PrintLine("R_Factor = " + rFactor);
     out.Close();
     FilCvrt::ValidateOutputFile(p, outPath);
@@ -97,8 +97,8 @@ void ConvertFile(Program& p, const std::string& fileName,
 
 namespace {
 
-Shear ShearOf(const Program& p, double angle) {
-    const double departure = p.DegToRad * (angle - 90);
+Shear ShearOf(double angle) {
+    const double departure = kDegToRad * (angle - 90);
     return {std::cos(departure), std::tan(departure)};
 }
 

@@ -52,7 +52,7 @@ void ConvertFile(Program& p, const std::string& fileName) {
             double x = 0, y = 0, z = 0;
             FilCvrt::ReadCoordinates(FilCvrt::SourceType::Xcx, in, line, x, y, z);
             std::string symbol;
-            FilCvrt::GetElementSymbol(p, FilCvrt::SourceType::Xcx, line, symbol);
+            FilCvrt::GetElementSymbol(FilCvrt::SourceType::Xcx, line, symbol);
             out.WriteRecord({Field::Double(CheckedResult(x * factor)),
                              Field::Double(CheckedResult(y * factor)),
                              Field::Double(CheckedResult(z * factor)), Field::Text(symbol)});

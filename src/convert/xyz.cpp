@@ -64,12 +64,12 @@ void ConvertFile(Program& p, const std::string& fileName) {
         double x = 0, y = 0, z = 0;
         FilCvrt::ReadCoordinates(FilCvrt::SourceType::Plain, in, line, x, y, z);
         std::string symbol;
-        FilCvrt::GetElementSymbol(p, FilCvrt::SourceType::Plain, line, symbol);
+        FilCvrt::GetElementSymbol(FilCvrt::SourceType::Plain, line, symbol);
         serial = i;
         FilCvrt::WriteAtomRecord(out, x, y, z, symbol, static_cast<std::int32_t>(serial));  // i <= count
     }
     // The comment line is never the title: the file's own name is.
-    FilCvrt::WriteEndRecord(p, out, title, ToInt32(static_cast<double>(serial + 1)));
+    FilCvrt::WriteEndRecord(out, title, ToInt32(static_cast<double>(serial + 1)));
     out.Close();
     FilCvrt::ValidateOutputFile(p, outPath);
 }

@@ -64,28 +64,14 @@ public:
     std::string CommandWord;
     std::string CommandTail;
     std::int32_t LibraryCount = 0;
-    std::string ElementSymbols;
-    std::string FileTypes;
-    double DegToRad = 0;
-    std::string WaitFlag;
-    std::string YesText = "Yea";
-    std::string NoText = "Nay";
-    std::string TrueText = "T";
-    std::string FalseText = "F";
-    std::string EmptyText;
-    std::string SelectFilePrompt;     // "Select a File Above to Process"
-    std::string IdentifyFilePrompt;   // "Identify the target file using ..."
-    std::int32_t ZeroValue = 0;       // set to 0 at start-up and never changed
-    // The batch window's program label, set when the modeller is found.
-    std::string ModellerLabel;
+    // False while a wait without a time limit runs; a button (or a key) that
+    // ends it sets it true.
+    bool WaitFlag = true;
 
     // The converter's values.
     std::string CurrentFile;     // full path of the file being converted
     std::string SourceDir;       // its folder, with the trailing "\"
     std::string InputExt;        // its extension (".xyz"; readers set their own)
-    std::string LineEndsOk;      // the line-end scan's answer, YesText or NoText
-    std::string ConvertResult;   // YesText or NoText: the last output was valid
-    std::int32_t LibraryEntryCounter = 0;
 
     // Utilities by command word ("calculx", "fileconv", ...). A word without
     // an entry is not offered by this build.
@@ -117,10 +103,17 @@ private:
     std::map<std::string, std::unique_ptr<ui::Form>> windows_;
 };
 
-// The element symbols that start-up gives the readers (GetElementSymbol).
+// The element symbols GetElementSymbol looks two letters up in.
 inline constexpr std::string_view kElementSymbols =
     "HeNeArKrXeRnClBrAtSeTePoAsSbBiSiGeSnPbAlGaInTlZnCdHgCuAgAuNiPdPtCoRhIrFeRuOsMnTcReCrMoNbTaTiZrHfScLaAc"
     "BeMgCaSrBaRaLiNaRbCsFrCeThPrPaNdPmSmEuGdTbDyHoErTmYbLu";
+
+// The file converter's prompts.
+inline constexpr std::string_view kSelectFilePrompt = "Select a File Above to Process";
+inline constexpr std::string_view kIdentifyFilePrompt =
+    "Identify the target file using the directory explorer below, and then click the go button.";
+// Six decimals of pi, not more: every angle the program converts uses it.
+inline constexpr double kDegToRad = 3.141592 / 180;
 
 // The program's title and its version line.
 inline constexpr std::string_view kProgramTitle = "RaveloUtils";

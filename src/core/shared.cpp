@@ -65,38 +65,26 @@ void CheckInstallation(Program& p) {
         }
     }
     if (UCase(p.ModellerExe) != "KALMODYN.EXE") EndProgram(1);
-    p.ModellerLabel = " Kalmodyn.Exe ";
 }
 
-bool WaitSeconds(Program& p, double seconds, std::string* answer) {
-    p.WaitFlag = "F";
-    if (answer) answer->clear();
+bool WaitSeconds(Program& p, double seconds) {
+    p.WaitFlag = false;
     if (seconds == 0 || seconds == -100) {
         // Ended by someone else (a button) setting WaitFlag; not a timed pause.
-        for (;;) {
-            const std::string seen = p.WaitFlag.empty() ? "F" : p.WaitFlag;
-            if (answer) *answer = seen;
-            if (seen != "F") break;
-            p.ui.WaitForEvent();
-        }
-        p.WaitFlag = "T";
+        while (!p.WaitFlag) p.ui.WaitForEvent();
     } else if (seconds < 0) {
-        p.WaitFlag = "T";
+        p.WaitFlag = true;
     } else {
         // Below 10 the value is in seconds, from 10 on in milliseconds.
         const double duration = (seconds < 10 ? seconds * 1000 : seconds) * p.waitScale;
         const std::uint32_t start = p.clock.Millis();
-        for (;;) {
-            if (p.WaitFlag != "F") {
-                p.WaitFlag = "T";
-                break;
-            }
+        while (!p.WaitFlag) {
             const std::uint32_t elapsed = p.clock.Millis() - start;
             if (duration - elapsed <= 0) break;
             p.DoEvents();
         }
     }
-    return p.WaitFlag == "T";
+    return p.WaitFlag;
 }
 
 void RunAndWait(Program& p, const std::string& commandLine) {

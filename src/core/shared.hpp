@@ -27,9 +27,8 @@ void CheckInstallation(Program& p);
 // Waits `seconds` (below 10: seconds; 10 and above: milliseconds; scaled by
 // the program's wait scale), or, for 0 and -100, until WaitFlag is set by
 // someone else. Any other negative value returns at once. Returns whether
-// WaitFlag is "T" at the end; `answer` receives the flag seen by an untimed
-// wait.
-bool WaitSeconds(Program& p, double seconds, std::string* answer = nullptr);
+// the wait was ended by WaitFlag rather than by the time.
+bool WaitSeconds(Program& p, double seconds);
 
 // Runs a command line through the host shell and waits until it has ended.
 // Every error is ignored.

@@ -61,7 +61,7 @@ void LogHtmForm1::Form_Unload(int& cancel) {
 // A key press only ends a wait that is watching for one.
 void LogHtmForm1::Form_KeyPress(int& keyAscii) {
     (void)keyAscii;
-    p_.WaitFlag = p_.TrueText;
+    p_.WaitFlag = true;
 }
 
 void LogHtmForm1::StartUp() {

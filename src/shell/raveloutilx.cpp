@@ -1,6 +1,7 @@
 // Start-up and command dispatch.
 #include "shell/raveloutilx.hpp"
 
+#include "convert/formats.hpp"
 #include "runtime/error.hpp"
 #include "runtime/number.hpp"
 #include "runtime/text.hpp"
@@ -11,20 +12,6 @@
 namespace ravelo {
 namespace {
 
-void SetProgramValues(Program& p) {
-    p.EmptyText.clear();
-    p.YesText = "Yea";
-    p.NoText = "Nay";
-    p.ZeroValue = 0;
-    p.LibraryCount = 0;
-    p.TrueText = "T";
-    p.FalseText = "F";
-    p.SelectFilePrompt = "Select a File Above to Process";
-    p.IdentifyFilePrompt =
-        "Identify the target file using the directory explorer below, and then click the go button.";
-    // Six decimals of pi, not more: every angle the program converts uses it.
-    p.DegToRad = 3.141592 / 180;
-}
 
 // The first environment string "TEMP=..." gives TempDir as it stands.
 void FindTempDir(Program& p) {
@@ -45,7 +32,7 @@ ui::Form& MainWindow(Program& p) { return p.Window(RaveloUtils::kName); }
 
 void ReadCommandLine(Program& p, const std::string& commandLine) {
     if (!Contains(commandLine, " ")) {
-        if (Contains(p.FileTypes, LCase(Right(commandLine, 3)))) {
+        if (Contains(formats::FileTypesText(), LCase(Right(commandLine, 3)))) {
             p.CommandTail = commandLine;
             p.CommandWord = "FileConv";
         } else {
@@ -74,11 +61,10 @@ void ReadCommandLine(Program& p, const std::string& commandLine) {
 }
 
 void Main(Program& p, const std::string& commandLine, std::string_view window) {
-    SetProgramValues(p);
+    p.LibraryCount = 0;
     if (p.InstallDrive.empty()) CheckInstallation(p);
     FindTempDir(p);
     ClearFilConvLogs(p);
-    p.ElementSymbols = kElementSymbols;
     p.LibraryCount = 0;
 
     p.CommandWord = Trim(commandLine);

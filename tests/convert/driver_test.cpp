@@ -2,6 +2,7 @@
 // modeller drives them.
 #include <gtest/gtest.h>
 
+#include "convert/formats.hpp"
 #include "convert/windows/fileconv.hpp"
 #include "support/test_program.hpp"
 
@@ -79,7 +80,7 @@ TEST(FormatTable, EachExtensionReachesItsReader) {
         {"sdf", "MDL"},     {"mop", "Tripos"}, {"ol2", ""},  {"inp", ""},    {"mm2", ""},      {"out", ""}};
     for (const auto& [extension, window] : routes) EXPECT_EQ(ConverterWindowFor(t.program(), extension), window) << extension;
     // What a bare name on the command line is tested against.
-    EXPECT_EQ(t.program().FileTypes, "alccifcmfcsdm3dmol2pdbentschxyzsdfmopmm2mm3mm4mmxinpxcxcc");
+    EXPECT_EQ(formats::FileTypesText(), "alccifcmfcsdm3dmol2pdbentschxyzsdfmopmm2mm3mm4mmxinpxcxcc");
     EXPECT_TRUE(t.program().HasWindow("MOPAC"));
 }
 
@@ -148,7 +149,7 @@ TEST(FileConvWindow, UnknownTypeIsSaidForFiveSeconds) {
               std::string::npos);
     EXPECT_GE(t.clock().millis, 5000u);
     // Then the prompt is back.
-    EXPECT_EQ(t.program().Window("FileConv")["Label2"].Caption(), t.program().IdentifyFilePrompt);
+    EXPECT_EQ(t.program().Window("FileConv")["Label2"].Caption(), kIdentifyFilePrompt);
 }
 
 TEST(ConverterWindow, WithoutANameItAsksAndConvertsATypedName) {

@@ -9,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include "core/program.hpp"  // for kElementSymbols
 #include "support/error_of.hpp"
 #include "support/test_program.hpp"
 
@@ -22,33 +21,32 @@ using test::TestProgram;
 TEST(FilCvrtCleaning, LineEndScanAndRebuild) {
     struct Case {
         const char* in;
-        const char* ok;
+        bool ok;   // the line ends passed the scan
         const char* out;
     };
     const Case cases[] = {
-        {"3\r\nwater\r\nO 0.1\r\n", "Yea", "3\r\nwater\r\nO 0.1\r\n"},
-        {"A\nB\n", "Nay", "A\r\nB\r\n"},          // bare line feeds
-        {"A\r\n\r\nB\r\n", "Nay", "A\r\nB\r\n"},  // an empty line
+        {"3\r\nwater\r\nO 0.1\r\n", true, "3\r\nwater\r\nO 0.1\r\n"},
+        {"A\nB\n", false, "A\r\nB\r\n"},          // bare line feeds
+        {"A\r\n\r\nB\r\n", false, "A\r\nB\r\n"},  // an empty line
         // CR (1), "B" taken unseen, CR LF (3): fails.
-        {"A\rB\r\n", "Nay", "A\r\nB\r\n"},
+        {"A\rB\r\n", false, "A\r\nB\r\n"},
         // The tab after a CR is taken unseen: passes, and the tab stays.
-        {"A\r\tB\r\n", "Yea", "A\r\n\tB\r\n"},
-        {"A\r\nB\r", "Yea", "A\r\nB\r\n"},        // CR at the end passes
-        {"A\r\nB\r\n\r", "Nay", "A\r\nB\r\n"},    // CR LF CR: 3
+        {"A\r\tB\r\n", true, "A\r\n\tB\r\n"},
+        {"A\r\nB\r", true, "A\r\nB\r\n"},        // CR at the end passes
+        {"A\r\nB\r\n\r", false, "A\r\nB\r\n"},    // CR LF CR: 3
         // Tab -> blank, \xe9 dropped, a run of control bytes -> one break.
-        {"\tC\x01\x02x\xe9y\n", "Nay", " C\r\nxy\r\n"},
+        {"\tC\x01\x02x\xe9y\n", false, " C\r\nxy\r\n"},
         // The tab written as a blank ends the run: a line of one blank stays.
-        {"A\n\t\nB", "Nay", "A\r\n \r\nB\r\n"},
+        {"A\n\t\nB", false, "A\r\n \r\nB\r\n"},
         // "==END" takes two rounds; "<<i>i>" keeps "<i>"; "</<i>i>" and
         // "<i></i>" end up empty and go.
-        {"x==END\r\n<i>C</i> 1.0\r\n<<i>i>\r\n</<i>i>\r\n<i></i>\r\n", "Yea", "xEND\r\nC 1.0\r\n<i>\r\n"},
-        {"", "Yea", ""},
+        {"x==END\r\n<i>C</i> 1.0\r\n<<i>i>\r\n</<i>i>\r\n<i></i>\r\n", true, "xEND\r\nC 1.0\r\n<i>\r\n"},
+        {"", true, ""},
     };
     for (const Case& c : cases) {
         TestProgram t;
         t.Write("C:\\d\\mol.xyz", c.in);
-        FilCvrt::PrepareInputFile(t.program(), "C:\\d\\mol.xyz");
-        EXPECT_EQ(t.program().LineEndsOk, c.ok) << c.in;
+        EXPECT_EQ(FilCvrt::PrepareInputFile(t.program(), "C:\\d\\mol.xyz"), c.ok) << c.in;
         EXPECT_EQ(t.Read("C:\\d\\mol.xyz"), c.out) << c.in;
         // The .tmp and .tnp work files are gone again.
         EXPECT_EQ(t.program().fs.Dir("C:\\d\\*"), std::vector<std::string>{"mol.xyz"});
@@ -185,16 +183,13 @@ TEST(FilCvrtSymbols, GetElementSymbol) {
         // Leading non-letters are skipped; codes 91 to 96 count as letters.
         {".xyz", "12ca", "Ca"}, {".xyz", "123", ""}, {".xyz", "", ""}, {".xyz", "3_C", "_"},
     };
-    TestProgram t;
-    Program& p = t.program();
-    p.ElementSymbols = std::string(kElementSymbols);
     for (const Case& c : cases) {
         std::string label = c.label, symbol = "old";
-        FilCvrt::GetElementSymbol(p, FilCvrt::SourceTypeOf(c.ext), label, symbol);
+        FilCvrt::GetElementSymbol(FilCvrt::SourceTypeOf(c.ext), label, symbol);
         EXPECT_EQ(symbol, c.symbol) << c.ext << " " << c.label;
     }
     std::string label = "  Cl1  ", symbol;
-    FilCvrt::GetElementSymbol(p, FilCvrt::SourceType::Plain, label, symbol);
+    FilCvrt::GetElementSymbol(FilCvrt::SourceType::Plain, label, symbol);
     EXPECT_EQ(label, "Cl1");   // trimmed in place
 }
 
@@ -222,19 +217,17 @@ TEST(FilCvrtOutput, RecordsValidationAndMove) {
     {
         OutputFile out = p.fs.OpenOutput("C:\\d\\w.sxs");
         FilCvrt::WriteAtomRecord(out, 0, 0.7572, -0.4692, "H", 2);
-        FilCvrt::WriteEndRecord(p, out, "xyz_standard", 4);
+        FilCvrt::WriteEndRecord(out, "xyz_standard", 4);
     }
     EXPECT_EQ(t.Read("C:\\d\\w.sxs"), "0,.7572,-.4692,\"H\",2\r\n0,0,0,\"xyz_standard\",4\r\n");
 
     // Three lines: deleted. A closing plain line counts, ended or not.
     t.Write("C:\\d\\two.sxs", "1,2,3,\"C\",1\r\n2,3,4,\"O\",2\r\n0,0,0,\"two\",3\r\n");
-    FilCvrt::ValidateOutputFile(p, "C:\\d\\two.sxs");
+    EXPECT_FALSE(FilCvrt::ValidateOutputFile(p, "C:\\d\\two.sxs"));
     EXPECT_FALSE(t.Exists("C:\\d\\two.sxs"));
-    EXPECT_EQ(p.ConvertResult, "Nay");
     t.Write("C:\\d\\two.xxs", "1,2,3,\"C\",1\r\n2,3,4,\"O\",2\r\n0,0,0,\"two\",3\r\nResolution_High = 2.0");
-    FilCvrt::ValidateOutputFile(p, "C:\\d\\two.xxs");
+    EXPECT_TRUE(FilCvrt::ValidateOutputFile(p, "C:\\d\\two.xxs"));
     EXPECT_TRUE(t.Exists("C:\\d\\two.xxs"));
-    EXPECT_EQ(p.ConvertResult, "Yea");
 
     FilCvrt::MoveFile(p, "C:\\d\\two.xxs", "C:\\d\\w.sxs");
     EXPECT_EQ(p.fs.Dir("C:\\d\\*"), std::vector<std::string>{"w.sxs"});

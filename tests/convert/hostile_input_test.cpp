@@ -18,7 +18,6 @@
 #include "convert/mopac.hpp"
 #include "convert/schakal.hpp"
 #include "convert/tripos.hpp"
-#include "core/program.hpp"  // for kElementSymbols
 #include "support/error_of.hpp"
 #include "support/test_program.hpp"
 
@@ -88,7 +87,6 @@ TEST_P(HostileInput, ConvertsOrEndsInARunTimeError) {
              reader.lead + "1 C 1.0e999 2.0 3.0 x\r\n1.25 1e999 1 1 1\r\n",
              reader.lead + "1 C 1.0 2.0 " + std::string(100000, '7')}) {
         TestProgram t;
-        t.program().ElementSymbols = kElementSymbols;
         t.program().InstallDrive = "C:";
         t.Write("C:\\ravelo\\mmatoms.dat",
                 test::ReadHostFile(std::string(RAVELO_TEST_DATA) + "/../../demo/drive_c/ravelo/mmatoms.dat"));

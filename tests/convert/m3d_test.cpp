@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "convert/filcvrt.hpp"
-#include "core/program.hpp"  // for kElementSymbols
 #include "support/error_of.hpp"
 #include "support/test_program.hpp"
 
@@ -24,7 +23,6 @@ using test::TestProgram;
 // the window's last atom number and returns the SXS file ("" when none).
 std::string Convert(TestProgram& t, std::int32_t& lastAtom, const std::string& bytes,
                     const std::string& path = "C:\\d\\m.m3d") {
-    t.program().ElementSymbols = kElementSymbols;
     t.Write(path, bytes);
     FilCvrt::PrepareInputFile(t.program(), path);
     readers::M3D::ConvertFile(t.program(), path, lastAtom);
@@ -83,7 +81,6 @@ TEST(M3dReader, AConversionReplacesTheOutputAndAFileWithoutAtomsKeepsTheLastNumb
 TEST(M3dReader, AFileOfFewerThanTwoLinesEndsInAReadingError) {
     TestProgram t;
     std::int32_t lastAtom = 0;
-    t.program().ElementSymbols = kElementSymbols;
     t.Write("C:\\d\\m.m3d", "M3D only\r\n");
     EXPECT_EQ(ErrorOf([&] { readers::M3D::ConvertFile(t.program(), "C:\\d\\m.m3d", lastAtom); }), 62);
     EXPECT_EQ(t.Read("C:\\d\\m.m3d"), "M3D only\r\n");

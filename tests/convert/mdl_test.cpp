@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "convert/filcvrt.hpp"
-#include "core/program.hpp"  // for kElementSymbols
 #include "support/error_of.hpp"
 #include "support/sxs_record.hpp"
 #include "support/test_program.hpp"
@@ -21,13 +20,11 @@ using test::ErrorOf;
 using test::TestProgram;
 
 // The value that start-up sets and the reader uses: the element symbols.
-void StartUp(TestProgram& t) { t.program().ElementSymbols = kElementSymbols; }
 
 // Writes the input, cleans it as the converter window does, converts it and
 // returns the SXS file ("" when there is none).
 std::string Convert(TestProgram& t, const std::string& bytes, const std::string& path = "C:\\d\\m.mol",
                     const std::string& output = "C:\\d\\m.sxs") {
-    StartUp(t);
     t.Write(path, bytes);
     FilCvrt::PrepareInputFile(t.program(), path);
     readers::MDL::ConvertFile(t.program(), path);
@@ -97,7 +94,6 @@ TEST(MdlReader, TheOutputPathEndsAtTheFirstDotOfThePath) {
         // A typed name without any dot: the output is ".sxs" in the current
         // folder.
         TestProgram t;
-        StartUp(t);
         t.Write("C:\\d\\plain", input);
         t.program().fs.ChDir("C:\\d");
         readers::MDL::ConvertFile(t.program(), "plain");

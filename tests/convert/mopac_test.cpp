@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "core/program.hpp"  // for kElementSymbols
 #include "support/error_of.hpp"
 #include "support/test_program.hpp"
 
@@ -23,7 +22,6 @@ using test::TestProgram;
 // is not cleaned first.
 std::string Convert(TestProgram& t, const std::string& bytes, const std::string& path = "C:\\d\\run.out",
                     const std::string& output = "C:\\d\\run.sxs") {
-    t.program().ElementSymbols = kElementSymbols;
     t.Write(path, bytes);
     readers::MOPAC::ConvertFile(t.program(), path);
     return t.Read(output);
@@ -87,7 +85,6 @@ TEST(MopacReader, ASecondConversionIsAppended) {
 
 TEST(MopacReader, ANameWithoutAFolderGivesAnEmptyTitle) {
     TestProgram t;
-    t.program().ElementSymbols = kElementSymbols;
     t.Write("C:\\d\\run.out", kStart + FinalTable("CARTESIAN COORDINATES"));
     t.program().fs.ChDir("C:\\d");
     readers::MOPAC::ConvertFile(t.program(), "run.out");

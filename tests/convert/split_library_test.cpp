@@ -42,7 +42,6 @@ TEST(SplitLibraryPdb, EachHeaderBeginsAPieceThatEndsWithEnd) {
     EXPECT_EQ(s.p.LibraryCount, 3);
     EXPECT_EQ(s.LibLog(), "3\r\n");
     EXPECT_EQ(s.progress, Names{"Separating Library into 3 Files."});
-    EXPECT_EQ(s.p.ConvertResult, "Yea");
     EXPECT_EQ(s.Files(), (Names{"lib.pdb", "lib_1.pdb", "lib_2.pdb", "lib_3.pdb"}));
     EXPECT_EQ(s.Piece("lib.pdb"), library);
     EXPECT_EQ(s.Piece("lib_1.pdb"), "HEADER    ONE\r\nATOM      1  N   GLY A   1       1.000   2.000   3.000\r\nEND\r\n");
@@ -79,7 +78,6 @@ TEST(SplitLibraryPdb, OneEntryIsNotDivided) {
     EXPECT_EQ(s.count, 1);
     EXPECT_EQ(s.LibLog(), "1\r\n");
     EXPECT_TRUE(s.progress.empty());
-    EXPECT_EQ(s.p.ConvertResult, "");
     EXPECT_EQ(s.Files(), Names{"one.pdb"});
     // No header at all is one entry too.
     Split none("none.pdb", "ATOM 1.0\r\nEND\r\n", "HEADER", ".pdb");

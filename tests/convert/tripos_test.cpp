@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "convert/filcvrt.hpp"
-#include "core/program.hpp"  // for kElementSymbols
 #include "support/error_of.hpp"
 #include "support/test_program.hpp"
 
@@ -23,7 +22,6 @@ using test::TestProgram;
 // returns the SXS file ("" when there is none).
 std::string Convert(TestProgram& t, const std::string& bytes, const std::string& path = "C:\\d\\t.mop",
                     const std::string& output = "C:\\d\\t.sxs") {
-    t.program().ElementSymbols = kElementSymbols;
     t.Write(path, bytes);
     FilCvrt::PrepareInputFile(t.program(), path);
     readers::Tripos::ConvertFile(t.program(), path);
@@ -122,7 +120,6 @@ TEST(TriposReader, ATooShortFirstConversionIsDeletedAndANameWithoutAPointFails) 
     EXPECT_EQ(Convert(t, "@<TRIPOS>MOLECULE\r\nm\r\n@<TRIPOS>ATOM\r\n1 C 1.0 2.0 3.0\r\n2 C 4.0 5.0 6.0\r\n"),
               "");
     EXPECT_FALSE(t.Exists("C:\\d\\t.sxs"));
-    EXPECT_EQ(t.program().ConvertResult, "Nay");
     // A typed name without a point has no base name to cut.
     t.program().fs.ChDir("C:\\d");
     t.Write("C:\\d\\plain", "@<TRIPOS>ATOM\r\n");

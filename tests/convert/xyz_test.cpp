@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "convert/filcvrt.hpp"
-#include "core/program.hpp"  // for kElementSymbols
 #include "support/error_of.hpp"
 #include "support/sxs_record.hpp"
 #include "support/test_program.hpp"
@@ -21,13 +20,11 @@ using test::ErrorOf;
 using test::TestProgram;
 
 // The value that start-up sets and the reader uses: the element symbols.
-void StartUp(TestProgram& t) { t.program().ElementSymbols = kElementSymbols; }
 
 // Writes the input, cleans it as the converter window does, converts it and
 // returns the SXS file ("" when there is none).
 std::string Convert(TestProgram& t, const std::string& bytes, const std::string& path = "C:\\d\\w.xyz",
                     const std::string& output = "C:\\d\\w.sxs") {
-    StartUp(t);
     t.Write(path, bytes);
     FilCvrt::PrepareInputFile(t.program(), path);
     readers::XYZ::ConvertFile(t.program(), path);

@@ -89,7 +89,7 @@ TEST(QtFileConv, ListsBrowseTheDriveAndTheButtonConvertsThePickedFile) {
     QWidget* window = t.Window("FileConv");
     ASSERT_NE(window, nullptr);
     EXPECT_TRUE(window->isVisible());
-    EXPECT_EQ(t.Label("FileConv", "Label2")->text(), Q(t.program().IdentifyFilePrompt));
+    EXPECT_EQ(t.Label("FileConv", "Label2")->text(), Q(std::string(kIdentifyFilePrompt)));
 
     // Drive C, then its folder "data".
     test::ChooseEntry(t.DriveList("FileConv", "Drive1"), QStringLiteral("c:"));
@@ -127,7 +127,7 @@ TEST(QtFileConv, ListsBrowseTheDriveAndTheButtonConvertsThePickedFile) {
     EXPECT_EQ(t.Settle(), std::nullopt);
     EXPECT_TRUE(converting.Seen());
     EXPECT_FALSE(t.Window("XYZ")->isVisible());
-    EXPECT_EQ(process->text(), Q(t.program().SelectFilePrompt));
+    EXPECT_EQ(process->text(), Q(std::string(kSelectFilePrompt)));
     EXPECT_GE(test::RowOf(files, QStringLiteral("methane.sxs")), 0);
     // The same structure file as a command-line conversion of the file.
     const std::string golden = test::ReadHostFile(std::filesystem::path(RAVELO_TEST_DATA) /

@@ -154,7 +154,6 @@ TEST_F(Installation, ThirdFieldNamesTheDriveAndTheModellerIsFoundInAnyCase) {
     EXPECT_EQ(t.Run("ravelobatch"), 0);
     EXPECT_EQ(t.program().InstallDrive, "C:");
     EXPECT_EQ(t.program().ModellerExe, "Kalmodyn.Exe");
-    EXPECT_EQ(t.program().ModellerLabel, " Kalmodyn.Exe ");
 }
 
 TEST(MainWindow, ShowsTheMenuWithReadUrlsHidden) {

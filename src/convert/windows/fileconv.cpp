@@ -64,10 +64,7 @@ FileConv::FileConv(Program& p)
         if (!p_.CurrentFile.empty()) Command1_.SetCaption("Click Here to Process the Selected File");
     };
 
-    Command1_.onClick = [this] {
-        p_.LibraryEntryCounter = 0;
-        ConvertByType(p_);
-    };
+    Command1_.onClick = [this] { ConvertByType(p_); };
     Command6_.onClick = [this] { Unload(); };
 }
 
@@ -85,8 +82,8 @@ void FileConv::Form_Load() {
 }
 
 void FileConv::Form_Activate() {
-    Label2_.SetCaption(p_.IdentifyFilePrompt);
-    Command1_.SetCaption(p_.SelectFilePrompt);
+    Label2_.SetCaption(std::string(kIdentifyFilePrompt));
+    Command1_.SetCaption(std::string(kSelectFilePrompt));
     if (p_.InstallDrive.empty()) CheckInstallation(p_);
 }
 
@@ -109,7 +106,7 @@ void FileConv::ShowDone(bool pause) {
     Command1_.SetCaption("Done");
     p_.ui.Refresh(*this);
     if (pause) WaitSeconds(p_, 1.0);
-    Command1_.SetCaption(p_.SelectFilePrompt);
+    Command1_.SetCaption(std::string(kSelectFilePrompt));
     RefreshFiles();
 }
 
@@ -160,8 +157,6 @@ void ConvertOne(Program& p) {
 }  // namespace
 
 void FileConvStart(Program& p) {
-    p.ConvertResult = p.NoText;
-    p.LibraryEntryCounter = 0;
     p.LibraryCount = 0;
     p.CommandTail = Trim(p.CommandTail);
     if (p.CommandTail.empty()) {
@@ -233,7 +228,7 @@ void ConvertByType(Program& p) {
     if (!converter.Visible()) return;
     converter.ShowMessage("Sorry, this file type is not among those currently processed.");
     WaitSeconds(p, 5.0);
-    converter.ShowMessage(p.IdentifyFilePrompt);
+    converter.ShowMessage(std::string(kIdentifyFilePrompt));
 }
 
 std::string ConverterWindowFor(const Program& p, std::string_view extension) {
@@ -244,7 +239,6 @@ std::string ConverterWindowFor(const Program& p, std::string_view extension) {
 
 void RegisterConverter(Program& p) {
     p.utilities["fileconv"] = FileConvStart;
-    p.FileTypes = formats::FileTypesText();
     p.RegisterWindow(std::string(FileConv::kName), [](Program& program) { return std::make_unique<FileConv>(program); });
     for (const formats::Format& format : formats::Formats()) {
         p.RegisterWindow(std::string(format.window),
