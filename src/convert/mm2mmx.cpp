@@ -53,7 +53,7 @@ bool FindNextX(InputFile& in, double& x);
 
 void Main(Program& p, const std::function<void()>& done) {
     std::string name = p.CurrentFile;
-    if (Contains(name, "\"")) name = DropFirst(DropLast(name, 1));
+    DropQuotes(name);
     name = Trim(name);
     ConvertFile(p, name, LCase(Right(name, 2)));
     if (!name.empty()) done();

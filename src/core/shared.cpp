@@ -2,6 +2,7 @@
 #include "core/shared.hpp"
 
 #include "runtime/error.hpp"
+#include "runtime/number.hpp"
 #include "runtime/text.hpp"
 #include "ui/host.hpp"
 
@@ -29,6 +30,22 @@ bool FileExists(Program& p, std::string& path, int* readOnly) {
     if (present) p.fs.Kill(path);
     path = "Datafile " + path + " is missing.";
     return false;
+}
+
+std::size_t FindLibraryCount(const std::string& text, std::int32_t& count) {
+    for (std::size_t i = text.size(); i >= 1; --i) {
+        if (text[i - 1] != ' ') continue;
+        const std::string last = Mid(text, static_cast<long long>(i));
+        if (last.size() < 3 && Val(last) != 0) {
+            count = ToInt32(Val(last));
+            return i;
+        }
+    }
+    return 0;
+}
+
+void DropQuotes(std::string& name) {
+    if (Contains(name, "\"")) name = DropFirst(DropLast(name, 1));
 }
 
 void ShowCriticalError(Program& p, std::string_view message) {

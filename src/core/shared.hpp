@@ -41,6 +41,17 @@ std::int32_t CountMatchingFiles(Program& p, std::string_view pattern);
 // was when the path is empty or holds no "\".
 void GetFilePath(std::string_view path, std::string& dir);
 
+// The library count of a command line or tail: scanning back from its end
+// for blanks, the first text from a blank to the end that is shorter than 3
+// characters (a blank and one character) and whose value is not 0 gives
+// `count`. Returns that blank's position (from 1), 0 when there is none (and
+// `count` is left alone).
+std::size_t FindLibraryCount(const std::string& text, std::int32_t& count);
+
+// A name holding a double quote anywhere loses its first and last
+// characters, as a quoted name from the command line does.
+void DropQuotes(std::string& name);
+
 // TempDir from the first environment string "TEMP=..." (trimmed value); the
 // scan stops at the first empty string.
 void GetTempDir(Program& p);

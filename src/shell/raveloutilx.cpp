@@ -40,15 +40,7 @@ void ReadCommandLine(Program& p, const std::string& commandLine) {
             p.CommandTail.clear();
         }
     } else {
-        // A last word of one character whose value is not 0 is a library count.
-        for (std::size_t i = commandLine.size(); i >= 1; --i) {
-            if (commandLine[i - 1] != ' ') continue;
-            const std::string last = Mid(commandLine, static_cast<long long>(i));
-            if (last.size() < 3 && Val(last) != 0) {
-                p.LibraryCount = ToInt32(Val(last));
-                break;
-            }
-        }
+        FindLibraryCount(commandLine, p.LibraryCount);
         p.CommandTail = Trim(TextFrom(commandLine, " "));
         p.CommandWord = Trim(TextBefore(commandLine, " "));
     }

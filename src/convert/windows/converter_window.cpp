@@ -103,7 +103,7 @@ bool ConverterWindow::TakeFileName() {
     }
     startedWithFile_ = 1;
     // A quoted path from the command line loses its quotes.
-    if (Contains(fileName, "\"")) fileName = DropFirst(DropLast(fileName, 1));
+    DropQuotes(fileName);
     fileName = Trim(fileName);
     Text1_.SetText(fileName);
     return true;

@@ -133,20 +133,6 @@ using windows::FileConv;
 
 bool HasWildcard(std::string_view text) { return Contains(text, "*") || Contains(text, "?"); }
 
-// A last word of one character whose value is not 0 is the library count;
-// the text before it is the file. Gives the blank's position (from 1), 0
-// when there is no count.
-std::size_t FindLibraryCount(const std::string& tail, std::int32_t& count) {
-    for (std::size_t i = tail.size(); i >= 1; --i) {
-        if (tail[i - 1] != ' ') continue;
-        const std::string last = Mid(tail, static_cast<long long>(i));
-        if (last.size() < 3 && Val(last) != 0) {
-            count = ToInt32(Val(last));
-            return i;
-        }
-    }
-    return 0;
-}
 
 // Converts one file and pauses a second between files of a plain job.
 void ConvertOne(Program& p) {
@@ -191,7 +177,7 @@ void FileConvStart(Program& p) {
 void ConvertByType(Program& p) {
     if (Contains(p.CommandTail, ".") && p.CommandTail.size() > 3) {
         // A quoted name loses its quotes.
-        if (Contains(p.CommandTail, "\"")) p.CommandTail = DropFirst(DropLast(p.CommandTail, 1));
+        DropQuotes(p.CommandTail);
         p.CommandTail = LCase(Trim(p.CommandTail));
         p.CurrentFile = p.CommandTail;
     }
