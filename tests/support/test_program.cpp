@@ -21,17 +21,6 @@ extern char** environ;
 
 namespace ravelo::test {
 
-TempFolder::TempFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "ravelo-test-XXXXXX").string();
-    if (!mkdtemp(pattern.data())) throw std::runtime_error("mkdtemp failed");
-    path_ = pattern;
-}
-
-TempFolder::~TempFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-}
-
 TestProgram::TestProgram(const std::string& script, double waitScale, std::vector<std::string> environment) {
     std::filesystem::create_directories(DriveC());
     std::filesystem::create_directories(Temp());
@@ -100,21 +89,6 @@ std::string Dated(std::string text) {
     for (std::size_t at; (at = text.find("@TODAY@")) != std::string::npos;) text.replace(at, 7, TodayText());
     return text;
 }
-
-std::string ReadHostFile(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return {};
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    return bytes.str();
-}
-
-void WriteHostFile(const std::filesystem::path& path, const std::string& bytes) {
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out << bytes;
-}
-
 
 ProcessResult RunBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
                         const std::string& input, const std::filesystem::path& cwd) {

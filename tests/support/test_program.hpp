@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/program.hpp"
+#include "support/files.hpp"
 
 namespace ravelo::test {
 
@@ -22,19 +23,6 @@ public:
     platform::Date Today() override { return {2026, 11, 22}; }
     void Idle() override { millis += 10; }
     std::uint32_t millis = 0;
-};
-
-// A folder under the system's temporary folder, removed with its contents.
-class TempFolder {
-public:
-    TempFolder();
-    ~TempFolder();
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-    const std::filesystem::path& Path() const { return path_; }
-
-private:
-    std::filesystem::path path_;
 };
 
 class TestProgram {
@@ -83,10 +71,6 @@ struct ProcessResult {
 };
 ProcessResult RunBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
                         const std::string& input = {}, const std::filesystem::path& cwd = {});
-
-// Bytes of a host file ("" when missing).
-std::string ReadHostFile(const std::filesystem::path& path);
-void WriteHostFile(const std::filesystem::path& path, const std::string& bytes);
 
 // Today's date as the program writes it in the molecule log and its index
 // (MM-DD-YYYY), for recorded files that hold @TODAY@.

@@ -1,0 +1,27 @@
+// Host files and folders for tests of any layer: a throw-away folder, and
+// reading and writing a file's bytes.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace ravelo::test {
+
+// A folder under the system's temporary folder, removed with its contents.
+class TempFolder {
+public:
+    TempFolder();
+    ~TempFolder();
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+    const std::filesystem::path& Path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
+// Bytes of a host file ("" when missing).
+std::string ReadHostFile(const std::filesystem::path& path);
+void WriteHostFile(const std::filesystem::path& path, const std::string& bytes);
+
+}  // namespace ravelo::test
