@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <tuple>
 #include <vector>
 
 #include "support/error_of.hpp"
@@ -46,60 +47,40 @@ protected:
     CALCULX::History history;
 };
 
-struct Case {
-    const char* equation;
-    std::vector<std::string> passes;  // the equation after each pass (the last one finds it finished)
-    const char* answer;
-};
-
 TEST_F(Evaluator, EachPassRewritesTheFirstOperationOfTheInnermostBracket) {
-    const Case cases[] = {
-        // Left to right, no precedence.
-        {"2+3*5", {"5*5", "25", "25"}, " 25"},
-        {"2+3*(2+3)", {"2+3*5", "5*5", "25", "25"}, " 25"},
+    const std::tuple<const char*, std::vector<std::string>, const char*> cases[] = {
+        // Left to right, no precedence; the last pass finds the equation finished.
+        {"2+3*5", {"5*5", "25", "25"}, " 25"}, {"2+3*(2+3)", {"2+3*5", "5*5", "25", "25"}, " 25"},
         // A bracket around a bare number goes; sin 30 is not quite one half.
-        {"2*(sin(30))",
-         {"2*(sin30)", "2*.50000000000003", "1.00000000000006", "1.00000000000006"},
+        {"2*(sin(30))", {"2*(sin30)", "2*.50000000000003", "1.00000000000006", "1.00000000000006"},
          " 1.00000000000006"},
         // Negative intermediate values keep their sign and are read back.
-        {"2-(1-4)", {"2--3", "5", "5"}, " 5"},
-        {"(1-4)*2", {"-3*2", "-6", "-6"}, "-6"},
+        {"2-(1-4)", {"2--3", "5", "5"}, " 5"}, {"(1-4)*2", {"-3*2", "-6", "-6"}, "-6"},
         {"((2+3)*(4-1))", {"((2+3)*3)", "(5*3)", "15", "15"}, " 15"},
         // The first "3*2" of the equation is replaced, not the bracket's:
         // 23*2 loses its "3*2" to a 6.
         {"23*2*(3*2+1)", {"26*(3*2+1)", "26*(6+1)", "26*7", "182", "182"}, " 182"},
         // A function without its own bracket: the right operand ends at "i".
         {"2*sin(30)", {"2*sin30", "0in30", "0in30"}, " 0"},
-        // A missing closing bracket is tolerated.
-        {"(2+3", {"(5", "(5"}, " 5"},
+        {"(2+3", {"(5", "(5"}, " 5"},  // a missing closing bracket is tolerated
         // The fragment "nta" is matched but not computed: it keeps the last result.
-        {"(2*3)nta5", {"6nta5", "66", "66"}, " 66"},
-        {"pi+pi", {"6.28318530718", "6.28318530718"}, " 6.28318530718"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.equation);
-        EXPECT_EQ(Evaluate(c.equation), c.answer);
-        EXPECT_EQ(display.bottom, c.passes);
-    }
-}
-
-TEST_F(Evaluator, SignsAfterDOrEBelongToExponents) {
-    const Case cases[] = {
-        {"1e-5+1", {"1.00001", "1.00001"}, " 1.00001"},
-        {"2*1e-5", {"2E-05", "2E-05"}, " 2E-05"},
-        {"3+2e-5*2", {"3.00002*2", "6.00004", "6.00004"}, " 6.00004"},
-        {"5d+2*2", {"1000", "1000"}, " 1000"},
+        {"(2*3)nta5", {"6nta5", "66", "66"}, " 66"}, {"pi+pi", {"6.28318530718", "6.28318530718"}, " 6.28318530718"},
+        // Signs after D or E belong to exponents.
+        {"1e-5+1", {"1.00001", "1.00001"}, " 1.00001"}, {"2*1e-5", {"2E-05", "2E-05"}, " 2E-05"},
+        {"3+2e-5*2", {"3.00002*2", "6.00004", "6.00004"}, " 6.00004"}, {"5d+2*2", {"1000", "1000"}, " 1000"},
         // The exponent test of the operation search reads the whole
         // equation: the "e" of "1e2" hides the minus inside the bracket, so
         // (10-3) reads as the bare number 10.
         {"1e2*(10-3)", {"1e2*10", "1000", "1000"}, " 1000"},
-        // A right operand ending in an exponent's sign stops before it.
-        {"1+2e+", {"3+", "3", "3"}, " 3"},
+        {"1+2e+", {"3+", "3", "3"}, " 3"},  // a right operand ending in an exponent's sign stops before it
+        // Short equations are their leading number, without a pass.
+        {"7", {}, " 7"}, {"-5", {}, "-5"}, {"ab", {}, " 0"},
+        // The kept result starts at zero in each evaluation.
+        {"nta5", {"0", "0"}, " 0"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.equation);
-        EXPECT_EQ(Evaluate(c.equation), c.answer);
-        EXPECT_EQ(display.bottom, c.passes);
+    for (const auto& [equation, passes, answer] : cases) {
+        EXPECT_EQ(Evaluate(equation), answer) << equation;
+        EXPECT_EQ(display.bottom, passes) << equation;
     }
 }
 
@@ -115,18 +96,6 @@ TEST_F(Evaluator, FunctionsWorkInDegreesWithTheirOwnPi) {
     // tan 90 is taken just below 90: large and positive. 270 is not adjusted.
     EXPECT_EQ(Evaluate("(tan(90))"), " 14017862860417.9");
     EXPECT_EQ(Evaluate("(tan(270))"), "-3227987202133.87");
-}
-
-TEST_F(Evaluator, ShortEquationsAreTheirLeadingNumber) {
-    EXPECT_EQ(Evaluate("7"), " 7");
-    EXPECT_EQ(Evaluate("-5"), "-5");
-    EXPECT_EQ(Evaluate("ab"), " 0");
-    EXPECT_TRUE(display.bottom.empty());
-}
-
-TEST_F(Evaluator, KeptResultStartsAtZeroInEachEvaluation) {
-    EXPECT_EQ(Evaluate("2*3"), " 6");
-    EXPECT_EQ(Evaluate("nta5"), " 0");
 }
 
 TEST_F(Evaluator, ArithmeticFaultsEndInTheirRunTimeErrors) {

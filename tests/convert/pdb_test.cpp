@@ -1,6 +1,5 @@
 // The PDB reader on the cases the golden files leave out: atom numbers, the
-// resolution line, entry codes and renames, short coordinate lines, bad
-// input and real entries.
+// resolution line, entry codes and renames, and short coordinate lines.
 #include "convert/pdb.hpp"
 
 #include <gtest/gtest.h>
@@ -10,16 +9,12 @@
 #include <string>
 #include <vector>
 
-#include "convert/filcvrt.hpp"
-#include "core/shared.hpp"       // for GetTempDir
-#include "support/error_of.hpp"
-#include "support/sxs_record.hpp"
-#include "support/test_program.hpp"
+#include "core/shared.hpp"  // for GetTempDir
+#include "support/convert.hpp"
 
 namespace ravelo {
 namespace {
 
-using test::ErrorOf;
 using test::TestProgram;
 
 // One ATOM or HETATM record in the fixed columns of the format.
@@ -30,62 +25,47 @@ std::string Atom(const char* record, int number, const char* name, double x, dou
     return line;
 }
 
-// The values that start-up sets and the reader uses: the element symbols,
-// and TEMP for the N log.
-void StartUp(TestProgram& t) {
+// Converts as the window does (TEMP set for the N log); `progress` collects
+// the texts for the progress label. Returns the lines of C:\d\<xxs>.
+std::vector<std::string> Convert(TestProgram& t, const std::string& path, const std::string& bytes,
+                                 const std::string& xxs, std::vector<std::string>* progress = nullptr) {
     GetTempDir(t.program());
-}
-
-// Writes the input, cleans it as the converter window does and converts it;
-// `progress` collects the texts for the progress label.
-void Convert(TestProgram& t, const std::string& path, const std::string& bytes,
-             std::vector<std::string>* progress = nullptr) {
-    StartUp(t);
-    t.Write(path, bytes);
-    FilCvrt::PrepareInputFile(t.program(), path);
-    readers::PDB::ConvertFile(t.program(), path, [progress](const std::string& text) {
-        if (progress) progress->push_back(text);
-    });
-}
-
-std::string NLog(const TestProgram& t) {
-    return test::ReadHostFile(t.Temp() / "Ravelo" / "RaveloFilConvN.Txt");
-}
-
-std::vector<std::string> Lines(const std::string& text) {
+    const auto reader = [progress](Program& p, const std::string& name) {
+        readers::PDB::ConvertFile(p, name, [progress](const std::string& text) {
+            if (progress) progress->push_back(text);
+        });
+    };
+    std::istringstream in(test::Convert(t, reader, path, bytes, "C:\\d\\" + xxs));
     std::vector<std::string> lines;
-    std::istringstream in(text);
     for (std::string line; std::getline(in, line);) lines.push_back(line.substr(0, line.find('\r')));
     return lines;
 }
 
-const std::string kThreeAtoms = Atom("ATOM", 1, " N", 1.111, 2.222, 3.333) +
-                                Atom("ATOM", 2, " CA", 4.444, 5.555, 6.666) +
+std::string NLog(const TestProgram& t) { return test::ReadHostFile(t.Temp() / "Ravelo" / "RaveloFilConvN.Txt"); }
+
+const std::string kThreeAtoms = Atom("ATOM", 1, " N", 1.111, 2.222, 3.333) + Atom("ATOM", 2, " CA", 4.444, 5.555, 6.666) +
                                 Atom("ATOM", 3, " C", 7.777, 8.888, 9.999);
 
 TEST(PdbReader, AtomNumbersAreTheFilesOwnAndTheLastOneCloses) {
     TestProgram t;
-    Convert(t, "C:\\d\\p.pdb",
-            "HEADER    T\r\n" + Atom("ATOM", 7, " N", 1.111, 2.222, 3.333) +
-                Atom("atom", 8, " O", 9.0, 9.0, 9.0) +    // record names are upper case
-                Atom("Hetatm", 9, " O", 9.0, 9.0, 9.0) +  // ... both of them
-                "ATOMS IN THIS FILE 4\r\n" +              // no decimal point: no atom
-                Atom("HETATM", 3050, "ZN", 4.444, 5.555, 6.666) +
-                Atom("ATOM", 12, " CA", 7.777, 8.888, 9.999));
+    // Record names are upper case; a line without a decimal point is no atom.
     // The closing number follows the last atom written (12), not the largest
     // number (3050) nor the number of atoms.
-    EXPECT_EQ(t.Read("C:\\d\\p.xxs"),
-              "1.111,2.222,3.333,\"N\",7\r\n"
-              "4.444,5.555,6.666,\"Zn\",3050\r\n"
-              "7.777,8.888,9.999,\"C\",12\r\n"
-              "0,0,0,\"p.pdb\",13\r\n");
+    EXPECT_EQ(Convert(t, "C:\\d\\p.pdb",
+                      "HEADER    T\r\n" + Atom("ATOM", 7, " N", 1.111, 2.222, 3.333) +
+                          Atom("atom", 8, " O", 9.0, 9.0, 9.0) + Atom("Hetatm", 9, " O", 9.0, 9.0, 9.0) +
+                          "ATOMS IN THIS FILE 4\r\n" + Atom("HETATM", 3050, "ZN", 4.444, 5.555, 6.666) +
+                          Atom("ATOM", 12, " CA", 7.777, 8.888, 9.999),
+                      "p.xxs"),
+              (std::vector<std::string>{"1.111,2.222,3.333,\"N\",7", "4.444,5.555,6.666,\"Zn\",3050",
+                                        "7.777,8.888,9.999,\"C\",12", "0,0,0,\"p.pdb\",13"}));
 }
 
 TEST(PdbReader, TheFirstResolutionLineGivesTheTextFromTwoBeforeItsFirstDot) {
     struct Case {
         std::string lines, expected;
     };
-    const std::vector<Case> cases = {
+    const Case cases[] = {
         // The number holds the line's first ".": the number is taken; the
         // later line of another section does not count.
         {"REMARK   3   RESOLUTION RANGE HIGH (ANGSTROMS) : 1.90\r\n"
@@ -95,112 +75,69 @@ TEST(PdbReader, TheFirstResolutionLineGivesTheTextFromTwoBeforeItsFirstDot) {
         // two characters before it.
         {"_reflns.d_resolution_high   1.85\r\n", "ns.d_resolution_high   1.85"},
         // No "." at all: the whole line, and it stays the first one found.
-        {"REMARK   2 D_RES_HIGH NULL\r\nREMARK   3 RESOLUTION RANGE HIGH : 2.50\r\n",
-         "REMARK   2 D_RES_HIGH NULL"},
+        {"REMARK   2 D_RES_HIGH NULL\r\nREMARK   3 RESOLUTION RANGE HIGH : 2.50\r\n", "REMARK   2 D_RES_HIGH NULL"},
     };
     for (const Case& c : cases) {
         TestProgram t;
-        Convert(t, "C:\\d\\r.pdb", c.lines + kThreeAtoms);
-        const auto lines = Lines(t.Read("C:\\d\\r.xxs"));
+        const auto lines = Convert(t, "C:\\d\\r.pdb", c.lines + kThreeAtoms, "r.xxs");
         ASSERT_EQ(lines.size(), 5u) << c.lines;
         EXPECT_EQ(lines[3], "0,0,0,\"r.pdb\",4");
         EXPECT_EQ(lines[4], "Resolution_High = " + c.expected);
     }
+    // The resolution line counts towards a valid file: two atoms, the
+    // closing record and the resolution are kept; without it, deleted.
+    const std::string twoAtoms = Atom("ATOM", 1, " N", 1.111, 2.222, 3.333) + Atom("ATOM", 2, " C", 4.444, 5.555, 6.666);
+    TestProgram t;
+    EXPECT_EQ(Convert(t, "C:\\d\\r.pdb", "REMARK   3   RESOLUTION RANGE HIGH (ANGSTROMS) : 1.90\r\n" + twoAtoms, "r.xxs")
+                  .size(),
+              4u);
+    TestProgram u;
+    EXPECT_TRUE(Convert(u, "C:\\d\\r.pdb", twoAtoms, "r.xxs").empty());
+    EXPECT_FALSE(u.Exists("C:\\d\\r.xxs"));
 }
 
-TEST(PdbReader, TheResolutionLineCountsTowardsAValidFile) {
-    const std::string twoAtoms =
-        Atom("ATOM", 1, " N", 1.111, 2.222, 3.333) + Atom("ATOM", 2, " C", 4.444, 5.555, 6.666);
+TEST(PdbReader, ACsdEntryCodeNamesTheStructureAndRenamesTheInput) {
     {
-        TestProgram t;  // two atoms, the closing record and the resolution: 4 lines, kept
-        Convert(t, "C:\\d\\r.pdb", "REMARK   3   RESOLUTION RANGE HIGH (ANGSTROMS) : 1.90\r\n" + twoAtoms);
-        EXPECT_EQ(Lines(t.Read("C:\\d\\r.xxs")).size(), 4u);
+        TestProgram t;
+        std::vector<std::string> progress;
+        // The later entry line wins; its code "AB.CD 01" is made safe for a
+        // file name as AB_CD_01.
+        const std::string input = "REMARK CSD ENTRY OLDONE\r\nREMARK CSD ENTRY  AB.CD 01 \r\n" + kThreeAtoms;
+        EXPECT_EQ(Convert(t, "C:\\d\\x1.pdb", input, "AB_CD_01.xxs", &progress).back(), "0,0,0,\"AB_CD_01.pdb\",4");
+        EXPECT_EQ(t.Read("C:\\d\\AB_CD_01.pdb"), input);
+        EXPECT_EQ(t.program().fs.Dir("C:\\d\\*"), (std::vector<std::string>{"AB_CD_01.pdb", "AB_CD_01.xxs"}));
+        EXPECT_EQ(NLog(t), "\"C:\\d\\AB_CD_01.pdb\"\r\n");
+        EXPECT_EQ(progress, std::vector<std::string>{"AB_CD_01"});
     }
     {
-        TestProgram t;  // without the resolution: 3 lines, deleted
-        Convert(t, "C:\\d\\r.pdb", twoAtoms);
-        EXPECT_FALSE(t.Exists("C:\\d\\r.xxs"));
+        // "ABC" differs from the base name "abc" as text, so the structure is
+        // called ABC; the input's name is the same when case is ignored, so it
+        // stays, and nothing is logged.
+        TestProgram t;
+        std::vector<std::string> progress;
+        EXPECT_EQ(Convert(t, "C:\\d\\abc.pdb", "REMARK CSD ENTRY ABC\r\n" + kThreeAtoms, "ABC.xxs", &progress).back(),
+                  "0,0,0,\"ABC.pdb\",4");
+        EXPECT_TRUE(t.Exists("C:\\d\\abc.pdb"));
+        EXPECT_EQ(NLog(t), "");
+        EXPECT_EQ(progress, std::vector<std::string>{"ABC"});
     }
-}
-
-TEST(PdbReader, ACsdEntryCodeNamesTheStructureAndTheInputIsRenamedToIt) {
-    TestProgram t;
-    std::vector<std::string> progress;
-    // The later entry line wins; its code "AB.CD 01" is made safe for a file
-    // name as AB_CD_01.
-    const std::string input = "REMARK CSD ENTRY OLDONE\r\nREMARK CSD ENTRY  AB.CD 01 \r\n" + kThreeAtoms;
-    Convert(t, "C:\\d\\x1.pdb", input, &progress);
-    EXPECT_EQ(Lines(t.Read("C:\\d\\AB_CD_01.xxs")).back(), "0,0,0,\"AB_CD_01.pdb\",4");
-    EXPECT_EQ(t.Read("C:\\d\\AB_CD_01.pdb"), input);
-    EXPECT_FALSE(t.Exists("C:\\d\\x1.pdb"));
-    EXPECT_FALSE(t.Exists("C:\\d\\x1.xxs"));
-    EXPECT_EQ(NLog(t), "\"C:\\d\\AB_CD_01.pdb\"\r\n");
-    EXPECT_EQ(progress, std::vector<std::string>{"AB_CD_01"});
-}
-
-TEST(PdbReader, AnEntryCodeThatIsTheFileNameInAnotherCaseRenamesNothing) {
-    TestProgram t;
-    std::vector<std::string> progress;
-    // "ABC" differs from the base name "abc" as text, so the structure is
-    // called ABC; the input's name is the same when case is ignored, so it
-    // stays, and nothing is logged.
-    Convert(t, "C:\\d\\abc.pdb", "REMARK CSD ENTRY ABC\r\n" + kThreeAtoms, &progress);
-    EXPECT_EQ(Lines(t.Read("C:\\d\\ABC.xxs")).back(), "0,0,0,\"ABC.pdb\",4");
-    EXPECT_TRUE(t.Exists("C:\\d\\abc.pdb"));
-    EXPECT_EQ(NLog(t), "");
-    EXPECT_EQ(progress, std::vector<std::string>{"ABC"});
-}
-
-TEST(PdbReader, AnEntFileIsClosedAndRenamedAsPdb) {
-    TestProgram t;
-    Convert(t, "C:\\d\\e.ent", kThreeAtoms);
-    EXPECT_EQ(Lines(t.Read("C:\\d\\e.xxs")).back(), "0,0,0,\"e.pdb\",4");
-    EXPECT_EQ(t.Read("C:\\d\\e.pdb"), kThreeAtoms);
-    EXPECT_FALSE(t.Exists("C:\\d\\e.ent"));
-    EXPECT_EQ(NLog(t), "\"C:\\d\\e.pdb\"\r\n");
 }
 
 TEST(PdbReader, AShortCoordinateLineTakesItsLastNumberFromTheNextLine) {
     TestProgram t;
     // Atom 1 lacks its Z: the first decimal number of atom 2's line stands
     // in, and atom 2's line is used up.
-    Convert(t, "C:\\d\\s.pdb",
-            "ATOM      1  N   GLY A  17      11.104   6.134\r\n" +
-                Atom("ATOM", 2, " CA", 12.5, 6.071, -5.147) + Atom("ATOM", 3, " C", 7.777, 8.888, 9.999) +
-                Atom("ATOM", 4, " O", 1.25, 2.5, 3.75));
-    const auto lines = Lines(t.Read("C:\\d\\s.xxs"));
+    const auto lines = Convert(t, "C:\\d\\s.pdb",
+                               "ATOM      1  N   GLY A  17      11.104   6.134\r\n" +
+                                   Atom("ATOM", 2, " CA", 12.5, 6.071, -5.147) +
+                                   Atom("ATOM", 3, " C", 7.777, 8.888, 9.999) + Atom("ATOM", 4, " O", 1.25, 2.5, 3.75),
+                               "s.xxs");
     ASSERT_EQ(lines.size(), 4u);
     EXPECT_EQ(lines[0].rfind("11.104,6.134,12.5,", 0), 0u) << lines[0];
     EXPECT_EQ(lines[0].substr(lines[0].rfind(',')), ",1") << lines[0];
     EXPECT_EQ(lines[1], "7.777,8.888,9.999,\"C\",3");
     EXPECT_EQ(lines[2], "1.25,2.5,3.75,\"O\",4");
     EXPECT_EQ(lines[3], "0,0,0,\"s.pdb\",5");
-}
-
-TEST(PdbReader, BadInputConvertsOrEndsInAnOverflowAndKeepsTheInput) {
-    {
-        TestProgram t;  // empty: the closing record alone is deleted
-        Convert(t, "C:\\d\\b.pdb", "");
-        EXPECT_FALSE(t.Exists("C:\\d\\b.xxs"));
-        EXPECT_TRUE(t.Exists("C:\\d\\b.pdb"));
-    }
-    {
-        TestProgram t;  // a record name alone
-        Convert(t, "C:\\d\\b.pdb", "ATOM");
-        EXPECT_FALSE(t.Exists("C:\\d\\b.xxs"));
-        EXPECT_EQ(t.Read("C:\\d\\b.pdb"), "ATOM\r\n");
-    }
-    {
-        TestProgram t;
-        std::string binary;
-        for (int i = 0; i < 4000; ++i) binary += static_cast<char>((i * 37 + i / 7) % 256);
-        binary += "\nHETATM99999999999 ZN 1.0 2.0 3.0\n";  // an atom number beyond 32 bits
-        StartUp(t);
-        t.Write("C:\\d\\b.pdb", binary);
-        FilCvrt::PrepareInputFile(t.program(), "C:\\d\\b.pdb");
-        EXPECT_EQ(ErrorOf([&] { readers::PDB::ConvertFile(t.program(), "C:\\d\\b.pdb", nullptr); }), 6);
-        EXPECT_TRUE(t.Exists("C:\\d\\b.pdb"));
-    }
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 // deleting by command.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "core/shared.hpp"
 #include "runtime/error.hpp"
 #include "support/test_program.hpp"
@@ -37,29 +39,17 @@ TEST(FileExists, ShortFilesAreDeletedAndTheirPathBecomesAMessage) {
     EXPECT_EQ(path, "");
 }
 
-TEST(WaitSeconds, BelowTenIsSecondsFromTenOnMilliseconds) {
-    TestProgram t;
-    EXPECT_FALSE(WaitSeconds(t.program(), 9.9));
-    EXPECT_EQ(t.clock().millis, 9900u);
-    t.clock().millis = 0;
-    WaitSeconds(t.program(), 10);
-    EXPECT_EQ(t.clock().millis, 10u);
-    t.clock().millis = 0;
-    WaitSeconds(t.program(), 500);
-    EXPECT_EQ(t.clock().millis, 500u);
-}
-
-TEST(WaitSeconds, NegativeValuesReturnAtOnceWithTheFlagSet) {
-    TestProgram t;
-    EXPECT_TRUE(WaitSeconds(t.program(), -5));
-    EXPECT_TRUE(t.program().WaitFlag);
-    EXPECT_EQ(t.clock().millis, 0u);
-}
-
-TEST(WaitSeconds, ScaleZeroSkipsTimedPauses) {
-    TestProgram t({}, 0);
-    EXPECT_FALSE(WaitSeconds(t.program(), 5));
-    EXPECT_EQ(t.clock().millis, 0u);
+TEST(WaitSeconds, BelowTenIsSecondsFromTenOnMillisecondsNegativeAtOnceAndScaleZeroSkips) {
+    const std::tuple<double, double, bool, unsigned> cases[] = {
+        // seconds, wait scale, returned flag, milliseconds waited
+        {9.9, 1, false, 9900}, {10, 1, false, 10}, {500, 1, false, 500}, {-5, 1, true, 0}, {5, 0, false, 0},
+    };
+    for (const auto& [seconds, scale, flag, millis] : cases) {
+        TestProgram t({}, scale);
+        EXPECT_EQ(WaitSeconds(t.program(), seconds), flag) << seconds;
+        EXPECT_EQ(t.program().WaitFlag, flag) << seconds;
+        EXPECT_EQ(t.clock().millis, millis) << seconds;
+    }
 }
 
 // A window with a button that ends an untimed wait, as the program's
@@ -98,14 +88,11 @@ TEST(RunAndWait, WaitsForTheCommandToFinish) {
 }
 
 TEST(GetFilePath, KeepsTheDirectoryWithItsBackslash) {
-    std::string dir = "unchanged";
-    GetFilePath("C:\\data\\x.pdb", dir);
-    EXPECT_EQ(dir, "C:\\data\\");
-    dir = "unchanged";
-    GetFilePath("x.pdb", dir);
-    EXPECT_EQ(dir, "unchanged");
-    GetFilePath("", dir);
-    EXPECT_EQ(dir, "unchanged");
+    for (const auto& [path, dir] : {std::pair{"C:\\data\\x.pdb", "C:\\data\\"}, {"x.pdb", "unchanged"}, {"", "unchanged"}}) {
+        std::string got = "unchanged";
+        GetFilePath(path, got);
+        EXPECT_EQ(got, dir) << path;
+    }
 }
 
 TEST(CountMatchingFiles, CountsWildcardMatchesInAnyCase) {
@@ -136,24 +123,18 @@ TEST(TempDir, FirstTempStringWinsAndAnEmptyStringEndsTheScan) {
 TEST(DeleteFileByCommand, DeletesAFileOrEveryMatchQuotesRemoved) {
     TestProgram t;
     t.Install();
-    t.Write("C:\\d\\one.tmp", "x");
-    t.Write("C:\\d\\two.tmp", "x");
-    t.Write("C:\\d\\keep.txt", "x");
-    t.Write("C:\\d\\single file.sxs", "x");
+    for (const char* name : {"one.tmp", "two.tmp", "keep.txt", "single file.sxs"}) t.Write(std::string("C:\\d\\") + name, "x");
     EXPECT_EQ(t.Run("ravelodelfile \"C:\\d\\single file.sxs\""), 0);
     EXPECT_FALSE(t.Exists("C:\\d\\single file.sxs"));
+    EXPECT_TRUE(t.Exists("C:\\d\\one.tmp"));
 
     TestProgram again;
     again.Install();
-    again.Write("C:\\d\\one.tmp", "x");
-    again.Write("C:\\d\\two.tmp", "x");
-    again.Write("C:\\d\\keep.txt", "x");
+    for (const char* name : {"one.tmp", "two.tmp", "keep.txt"}) again.Write(std::string("C:\\d\\") + name, "x");
     EXPECT_EQ(again.Run("ravelodelfile C:\\d\\*.TMP"), 0);
-    EXPECT_FALSE(again.Exists("C:\\d\\one.tmp"));
-    EXPECT_FALSE(again.Exists("C:\\d\\two.tmp"));
+    EXPECT_FALSE(again.Exists("C:\\d\\one.tmp") || again.Exists("C:\\d\\two.tmp"));
     EXPECT_TRUE(again.Exists("C:\\d\\keep.txt"));
-    // A file that is not there is no error.
-    EXPECT_EQ(again.Run("ravelodelfile C:\\d\\none.tmp"), 0);
+    EXPECT_EQ(again.Run("ravelodelfile C:\\d\\none.tmp"), 0);  // a file that is not there is no error
 }
 
 TEST(ConverterLogs, StartUpClearsThemAndTheStatLineNamesTheWord) {

@@ -16,7 +16,6 @@ namespace ravelo::UpdatMol {
 namespace {
 
 using test::ErrorOf;
-using test::TestProgram;
 
 constexpr const char* kLogHeader =
     "\"File path/Name\"\r\n\"Molecule Description\"\r\n\"Molecular Formula\"\r\n\"Molecular "
@@ -70,7 +69,7 @@ struct Transfer {
     bool Shows(const std::string& dumpLine) {
         return t.Output().find("UpdtMolForm1." + dumpLine + "\n") != std::string::npos;
     }
-    TestProgram t;
+    test::TestProgram t;
     int status = -1;
 };
 
@@ -78,44 +77,37 @@ TEST(UpdtMolGolden, TransfersAsRecorded) { test::ExpectGoldenRun("updtmol"); }
 
 TEST(UpdtMolDemo, TransfersTheDemoLogThenHasNothingLeft) {
     // The demo log holds two records, neither transferred.
-    namespace fs = std::filesystem;
     test::TempFolder work;
-    const fs::path driveC = work.Path() / "c";
-    fs::copy(fs::path(RAVELO_TEST_DATA) / "../../demo/drive_c", driveC, fs::copy_options::recursive);
-    const auto run = test::RunBinary({"updtmol", "now"},
-                                     {{"RAVELO_DRIVE_C", driveC.string()},
-                                      {"RAVELO_UI", "script"},
-                                      {"RAVELO_WAIT_SCALE", "0"},
-                                      {"TEMP", work.Path().string()}},
-                                     std::string(kClick) + kClick + kClick + kDump, work.Path());
+    std::filesystem::copy(std::filesystem::path(RAVELO_TEST_DATA) / "../../demo/drive_c", work.Path() / "c",
+                          std::filesystem::copy_options::recursive);
+    const auto run = test::RunScripted(work.Path(), {"updtmol", "now"}, std::string(kClick) + kClick + kClick + kDump);
     EXPECT_NE(run.out.find("Command1\t0\t-\tGO\n"), std::string::npos) << run.out << run.err;
-    const std::string subfile = test::ReadHostFile(driveC / "dmor/molecule.001");
+    const std::string subfile = test::ReadHostFile(work.Path() / "c/dmor/molecule.001");
     EXPECT_EQ(subfile.substr(0, 12), "7,0,20,1,2\r\n");
     EXPECT_EQ(std::count(subfile.begin(), subfile.end(), '\n'), 1 + 11 + 2 * 7);
-    const std::string log = test::ReadHostFile(driveC / "ravelo/molecule.log");
+    const std::string log = test::ReadHostFile(work.Path() / "c/ravelo/molecule.log");
     EXPECT_NE(log.find("\"11-20-2026*\"\r\n\"C:\\ravelo\\mols\\mol12\""), std::string::npos) << log;
     EXPECT_EQ(log.substr(log.size() - 15), "\"11-21-2026*\"\r\n");
 }
 
 TEST(UpdatMolNames, SubfilesHaveThreeDigitsAndCopiesEndInTmp) {
-    TestProgram t;
+    test::TestProgram t;
     t.program().InstallDrive = "C:";
-    EXPECT_EQ(SubfilePath(t.program(), 1), "C:\\dmor\\molecule.001");
-    EXPECT_EQ(SubfilePath(t.program(), 12), "C:\\dmor\\molecule.012");
-    EXPECT_EQ(SubfilePath(t.program(), 120), "C:\\dmor\\molecule.120");
+    for (const auto& [n, path] : {std::pair{1, "C:\\dmor\\molecule.001"}, {12, "C:\\dmor\\molecule.012"},
+                                  {120, "C:\\dmor\\molecule.120"}})
+        EXPECT_EQ(SubfilePath(t.program(), n), path);
     EXPECT_EQ(TempCopyPath("C:\\dmor\\molecule.012"), "C:\\dmor\\molecule.tmp");
 }
 
 TEST(SplitDescription, PiecesOfWidthLessOneOnlyWhenLongerThanTheWidth) {
     using Parts = std::array<std::string, 3>;
-    const std::string d45 = "123456789012345678901234567890123456789012345";
-    EXPECT_EQ(SplitDescription(d45, 20), (Parts{d45.substr(0, 19), d45.substr(19, 19), "9012345"}));
-    EXPECT_EQ(SplitDescription(d45.substr(0, 20), 20), (Parts{d45.substr(0, 20), "V", "V"}));
-    EXPECT_EQ(SplitDescription(d45.substr(0, 21), 20), (Parts{d45.substr(0, 19), "01", "V"}));
-    EXPECT_EQ(SplitDescription(d45.substr(0, 38), 20), (Parts{d45.substr(0, 19), d45.substr(19, 19), "V"}));
-    EXPECT_EQ(SplitDescription(d45 + d45, 20),
-              (Parts{d45.substr(0, 19), d45.substr(19, 19), d45.substr(38, 7) + d45.substr(0, 12)}));
-    EXPECT_EQ(SplitDescription("", 20), (Parts{"V", "V", "V"}));
+    const std::string d = "123456789012345678901234567890123456789012345";
+    const std::pair<std::string, Parts> cases[] = {
+        {d, {d.substr(0, 19), d.substr(19, 19), "9012345"}}, {d.substr(0, 20), {d.substr(0, 20), "V", "V"}},
+        {d.substr(0, 21), {d.substr(0, 19), "01", "V"}}, {d.substr(0, 38), {d.substr(0, 19), d.substr(19, 19), "V"}},
+        {d + d, {d.substr(0, 19), d.substr(19, 19), d.substr(38, 7) + d.substr(0, 12)}}, {"", {"V", "V", "V"}},
+    };
+    for (const auto& [description, parts] : cases) EXPECT_EQ(SplitDescription(description, 20), parts) << description;
     EXPECT_EQ(ErrorOf([] { SplitDescription("ab", 0); }), 5);
 }
 
@@ -138,26 +130,6 @@ TEST(UpdateDatabase, FullSubfileIsSkippedAndTheNextMadeFromTheTemplate) {
               kMarkedHeader + Marked("C:\\m\\a.sxs", description, "11-20-2026*"));
     EXPECT_FALSE(x.t.Exists("C:\\dmor\\molecule.tmp"));
     EXPECT_FALSE(x.t.Exists("C:\\ravelo\\molecule.tmp"));
-}
-
-TEST(UpdateDatabase, TempSxsIsCountedAndMarkedButNotWrittenAndASecondGoAddsNothing) {
-    const std::string log = kLogHeader + Record("C:\\m\\one.sxs", "first", "11-19-2026*") +
-                            Record("C:\\temp\\temp.sxs", "scratch", "11-20-2026") +
-                            Record("C:\\m\\two.sxs", "second", "11-21-2026");
-    Transfer x(std::string(kClick) + kDump + kClick + kClick + kDump, log, Subfile("7,0,20,1,0"));
-    EXPECT_NE(x.t.Output().find("UpdtMolForm1.Label4\t1\t-\t1 of these have been transferred\n"),
-              std::string::npos);
-    // Both new records count as added, though only one reached the subfile.
-    EXPECT_EQ(x.t.Read("C:\\dmor\\molecule.001"),
-              Subfile("7,0,20,1,2", Fields("C:\\m\\two.sxs", "second", "11-21-2026")));
-    EXPECT_EQ(x.t.Read("C:\\ravelo\\molecule.log"),
-              kMarkedHeader + Marked("C:\\m\\one.sxs", "first", "11-19-2026*") +
-                  Marked("C:\\temp\\temp.sxs", "scratch", "11-20-2026*") +
-                  Marked("C:\\m\\two.sxs", "second", "11-21-2026*"));
-    EXPECT_TRUE(x.Shows("Command1\t0\t-\tGO"));
-    EXPECT_TRUE(x.Shows("Label3\t1\t-\t3 records are present in the Molecule.Log."));
-    EXPECT_TRUE(
-        x.Shows("Label6\t1\tFFFFC0\tAll the relevant DMOR Molecule Database subfiles have been updated"));
 }
 
 TEST(UpdateDatabase, RoomOfOneLeavesTheRestForTheNextGo) {
@@ -205,7 +177,7 @@ TEST(UpdateDatabase, MissingLogShowsTwoAndEnds) {
 }
 
 TEST(UpdtMolForm1, MainMenuLabelOpensTheWindow) {
-    TestProgram t("click RaveloUtils.Label9\ndump UpdtMolForm1\n", 0);
+    test::TestProgram t("click RaveloUtils.Label9\ndump UpdtMolForm1\n", 0);
     t.Install();
     t.Run("");
     EXPECT_NE(t.Output().find("UpdtMolForm1.Command1\t1\t-\tBEGIN\n"), std::string::npos) << t.Output();

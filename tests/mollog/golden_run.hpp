@@ -28,6 +28,18 @@ inline std::map<std::string, std::string> FilesUnder(const std::filesystem::path
     return files;
 }
 
+// Runs the built program with the script host, without pauses, on the drive
+// C under `work` ("c"), with TEMP and the current folder at `work`.
+inline ProcessResult RunScripted(const std::filesystem::path& work, const std::vector<std::string>& args,
+                                 const std::string& script) {
+    return RunBinary(args,
+                     {{"RAVELO_DRIVE_C", (work / "c").string()},
+                      {"RAVELO_UI", "script"},
+                      {"RAVELO_WAIT_SCALE", "0"},
+                      {"TEMP", work.string()}},
+                     script, work);
+}
+
 inline void ExpectGoldenRun(const std::string& runName) {
     const std::filesystem::path run = std::filesystem::path(RAVELO_TEST_DATA) / runName;
     TempFolder work;
@@ -47,12 +59,7 @@ inline void ExpectGoldenRun(const std::string& runName) {
     std::vector<std::string> args;
     for (std::string word; words >> word && word[0] != '(';) args.push_back(word);
 
-    const ProcessResult result = RunBinary(args,
-                                           {{"RAVELO_DRIVE_C", driveC.string()},
-                                            {"RAVELO_UI", "script"},
-                                            {"RAVELO_WAIT_SCALE", "0"},
-                                            {"TEMP", work.Path().string()}},
-                                           ReadHostFile(run / "script.txt"), work.Path());
+    const ProcessResult result = RunScripted(work.Path(), args, ReadHostFile(run / "script.txt"));
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(result.out, expected(ReadHostFile(run / "stdout.txt")));
 

@@ -4,63 +4,51 @@
 #include "platform/filesystem.hpp"
 
 #include <gtest/gtest.h>
-
-#include "support/error_of.hpp"
 #include <signal.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <filesystem>   // the tests' own view of the disk, independent of the code under test
-#include <fstream>
-#include <iterator>
+#include <filesystem>  // the tests' own view of the disk, independent of the code under test
+#include <functional>
 
 #include "runtime/error.hpp"
+#include "support/error_of.hpp"
+#include "support/files.hpp"
 
 namespace ravelo::platform {
 namespace {
 
 namespace fs = std::filesystem;
-
 using test::ErrorOf;
+using Names = std::vector<std::string>;
 
 class FileSystemTest : public ::testing::Test {
 protected:
-    FileSystemTest() {
-        std::string pattern = (fs::temp_directory_path() / "ravelo-fs-XXXXXX").string();
-        root_ = mkdtemp(pattern.data());
-        fs::create_directories(root_ / "c");
-        files_.emplace(DriveMap({{'C', (root_ / "c").string()}, {'Z', "/"}}));
-    }
-    ~FileSystemTest() override { fs::remove_all(root_); }
+    FileSystemTest() : files_(DriveMap({{'C', C().string()}, {'Z', "/"}})) { fs::create_directories(C()); }
 
     // Host files under drive C, written and read by the test itself.
-    void Put(const std::string& rel, const std::string& bytes) {
-        fs::create_directories((C() / rel).parent_path());
-        std::ofstream(C() / rel, std::ios::binary) << bytes;
-    }
-    std::string Get(const std::string& rel) {
-        std::ifstream in(C() / rel, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
+    void Put(const std::string& rel, const std::string& bytes) { test::WriteHostFile(C() / rel, bytes); }
+    std::string Get(const std::string& rel) { return test::ReadHostFile(C() / rel); }
     // The names really on disk in a folder of drive C, sorted.
-    std::vector<std::string> OnDisk(const std::string& rel) {
-        std::vector<std::string> names;
+    Names OnDisk(const std::string& rel) {
+        Names names;
         for (const auto& entry : fs::directory_iterator(C() / rel)) names.push_back(entry.path().filename());
         std::sort(names.begin(), names.end());
         return names;
     }
-    fs::path C() const { return root_ / "c"; }
-    FileSystem& Files() { return *files_; }
+    // The error number of each call, in order.
+    std::vector<int> Errors(const std::vector<std::function<void(FileSystem&)>>& calls) {
+        std::vector<int> numbers;
+        for (const auto& call : calls) numbers.push_back(ErrorOf([&] { call(files_); }));
+        return numbers;
+    }
+    fs::path C() const { return root_.Path() / "c"; }
+    FileSystem& Files() { return files_; }
 
-    fs::path root_;
-    std::optional<FileSystem> files_;
+    test::TempFolder root_;
+    FileSystem files_;
 };
-
-using Names = std::vector<std::string>;
-
-// ---- Case-insensitive names ------------------------------------------------
 
 TEST_F(FileSystemTest, FindsFilesAndFoldersWrittenInAnotherCase) {
     Put("Data/Sub/Molecule.LOG", "12345");
@@ -124,70 +112,58 @@ TEST_F(FileSystemTest, RelativePathsFollowTheCurrentDirectory) {
     EXPECT_EQ(Files().CurDir(), "C:\\data");
 }
 
-// ---- Directory searches ----------------------------------------------------
-
-TEST_F(FileSystemTest, WildcardsMatchInAnyCaseAndNamesComeInByteOrder) {
+TEST_F(FileSystemTest, SearchesMatchInAnyCaseAndNamesComeInByteOrder) {
     for (const char* name : {"b.cif", "A.CIF", "ab.cif", "C.cif", "a.txt", "README"}) Put(std::string("d/") + name, "");
-    fs::create_directories(C() / "d/e.cif");   // folders are not listed
-
-    // Upper case sorts before lower case.
-    EXPECT_EQ(Files().Dir("C:\\d\\*.CIF"), (Names{"A.CIF", "C.cif", "ab.cif", "b.cif"}));
-    EXPECT_EQ(Files().Dir("C:\\D\\?.cIf"), (Names{"A.CIF", "C.cif", "b.cif"}));
-    EXPECT_EQ(Files().Dir("c:\\d\\A*"), (Names{"A.CIF", "a.txt", "ab.cif"}));
-    // "*.*" names a file without an extension too, as on Windows.
-    EXPECT_EQ(Files().Dir("C:\\d\\*.*").size(), 6u);
+    fs::create_directories(C() / "d/e.cif");  // folders are not listed
+    const std::pair<const char*, Names> cases[] = {
+        // Upper case sorts before lower case.
+        {"C:\\d\\*.CIF", {"A.CIF", "C.cif", "ab.cif", "b.cif"}}, {"C:\\D\\?.cIf", {"A.CIF", "C.cif", "b.cif"}},
+        {"c:\\d\\A*", {"A.CIF", "a.txt", "ab.cif"}},
+        // "*.*" names a file without an extension too, as on Windows.
+        {"C:\\d\\*.*", {"A.CIF", "C.cif", "README", "a.txt", "ab.cif", "b.cif"}},
+        {"C:\\d\\a.cif", {"A.CIF"}},  // a plain name as it is on disk
+        {"C:\\d\\zz.cif", {}}, {"C:\\d\\e.cif", {}}, {"C:\\nowhere\\*.cif", {}},
+    };
+    for (const auto& [pattern, names] : cases) EXPECT_EQ(Files().Dir(pattern), names) << pattern;
     EXPECT_EQ(Files().SubDirs("C:\\D"), Names{"e.cif"});
-}
-
-TEST_F(FileSystemTest, PlainNamesAndMissingFoldersInSearches) {
-    Put("d/A.CIF", "");
-    fs::create_directories(C() / "d/sub");
-    EXPECT_EQ(Files().Dir("C:\\d\\a.cif"), Names{"A.CIF"});   // the name as it is on disk
-    EXPECT_EQ(Files().Dir("C:\\d\\zz.cif"), Names{});
-    EXPECT_EQ(Files().Dir("C:\\d\\sub"), Names{});
-    EXPECT_EQ(Files().Dir("C:\\nowhere\\*.cif"), Names{});
     EXPECT_EQ(Files().SubDirs("C:\\nowhere"), Names{});
 }
 
-// ---- Errors ----------------------------------------------------------------
-
-TEST_F(FileSystemTest, MissingFilesAre53AndMissingFoldersAre76) {
-    fs::create_directories(C() / "d");
-    EXPECT_EQ(ErrorOf([&] { Files().FileLen("C:\\d\\none.txt"); }), kFileNotFound);
-    EXPECT_EQ(ErrorOf([&] { Files().FileLen("C:\\nowhere\\none.txt"); }), kPathNotFound);
-    EXPECT_EQ(ErrorOf([&] { Files().Kill("C:\\d\\none.txt"); }), kFileNotFound);
-    EXPECT_EQ(ErrorOf([&] { Files().Kill("C:\\d\\*.none"); }), kFileNotFound);
-    EXPECT_EQ(ErrorOf([&] { Files().FileCopy("C:\\d\\none.txt", "C:\\d\\x.txt"); }), kFileNotFound);
-    EXPECT_EQ(ErrorOf([&] { Files().Name("C:\\d\\none.txt", "C:\\d\\x.txt"); }), kFileNotFound);
-    EXPECT_EQ(ErrorOf([&] { Files().OpenInput("C:\\d\\none.txt"); }), kFileNotFound);
-    EXPECT_EQ(ErrorOf([&] { Files().OpenOutput("C:\\nowhere\\x.txt"); }), kPathNotFound);
-    EXPECT_EQ(ErrorOf([&] { Files().MkDir("C:\\nowhere\\x"); }), kPathNotFound);
-    EXPECT_EQ(ErrorOf([&] { Files().OpenInput("Q:\\x.txt"); }), kPathNotFound);   // drive Q is not mapped
-    EXPECT_FALSE(Files().Exists("Q:\\x.txt"));   // ... and holds no file
-    EXPECT_FALSE(fs::exists(C() / "d/x.txt"));
-}
-
-TEST_F(FileSystemTest, RefusalsOfTheHostAre75) {
+TEST_F(FileSystemTest, MissingFilesAre53MissingFoldersAre76AndRefusalsOfTheHostAre75) {
     Put("d/a.txt", "a");
     Put("d/b.txt", "b");
     fs::create_directories(C() / "d/folder");
-    EXPECT_EQ(ErrorOf([&] { Files().Kill("C:\\d\\folder"); }), kPathFileAccess);
-    EXPECT_EQ(ErrorOf([&] { Files().FileCopy("C:\\d\\a.txt", "C:\\d\\folder"); }), kPathFileAccess);
-    EXPECT_EQ(ErrorOf([&] { Files().FileCopy("C:\\d\\a.txt", "C:\\D\\A.TXT"); }), kPathFileAccess);
-    EXPECT_EQ(ErrorOf([&] { Files().OpenInput("C:\\d\\folder"); }), kPathFileAccess);
-    EXPECT_EQ(ErrorOf([&] { Files().OpenOutput("C:\\d\\folder"); }), kPathFileAccess);
-    EXPECT_EQ(ErrorOf([&] { Files().Name("C:\\d\\a.txt", "C:\\d\\B.TXT"); }), kPathFileAccess);
-    EXPECT_EQ(ErrorOf([&] { Files().MkDir("C:\\d\\folder"); }), kPathFileAccess);
-    EXPECT_EQ(ErrorOf([&] { Files().MkDirs("C:\\d\\a.txt\\x"); }), kPathFileAccess);
     const std::string nul("C:\\d\\a\0b.txt", 12);
-    EXPECT_EQ(ErrorOf([&] { Files().OpenOutput(nul); }), kPathFileAccess);
-    EXPECT_EQ(ErrorOf([&] { Files().ReplaceFile(nul, "x"); }), kPathFileAccess);
+    EXPECT_EQ(Errors({
+                  [](auto& f) { f.FileLen("C:\\d\\none.txt"); }, [](auto& f) { f.Kill("C:\\d\\none.txt"); },
+                  [](auto& f) { f.Kill("C:\\d\\*.none"); },
+                  [](auto& f) { f.FileCopy("C:\\d\\none.txt", "C:\\d\\x.txt"); },
+                  [](auto& f) { f.Name("C:\\d\\none.txt", "C:\\d\\x.txt"); },
+                  [](auto& f) { f.OpenInput("C:\\d\\none.txt"); },
+              }),
+              std::vector<int>(6, kFileNotFound));
+    EXPECT_EQ(Errors({
+                  [](auto& f) { f.FileLen("C:\\nowhere\\none.txt"); },
+                  [](auto& f) { f.OpenOutput("C:\\nowhere\\x.txt"); },
+                  [](auto& f) { f.MkDir("C:\\nowhere\\x"); },
+                  [](auto& f) { f.OpenInput("Q:\\x.txt"); },  // drive Q is not mapped
+              }),
+              std::vector<int>(4, kPathNotFound));
+    EXPECT_FALSE(Files().Exists("Q:\\x.txt"));  // ... and holds no file
+    EXPECT_EQ(Errors({
+                  [](auto& f) { f.Kill("C:\\d\\folder"); },
+                  [](auto& f) { f.FileCopy("C:\\d\\a.txt", "C:\\d\\folder"); },
+                  [](auto& f) { f.FileCopy("C:\\d\\a.txt", "C:\\D\\A.TXT"); },
+                  [](auto& f) { f.OpenInput("C:\\d\\folder"); }, [](auto& f) { f.OpenOutput("C:\\d\\folder"); },
+                  [](auto& f) { f.Name("C:\\d\\a.txt", "C:\\d\\B.TXT"); },
+                  [](auto& f) { f.MkDir("C:\\d\\folder"); }, [](auto& f) { f.MkDirs("C:\\d\\a.txt\\x"); },
+                  [&](auto& f) { f.OpenOutput(nul); }, [&](auto& f) { f.ReplaceFile(nul, "x"); },
+              }),
+              std::vector<int>(10, kPathFileAccess));
     // Nothing was changed by any of them.
     EXPECT_EQ(OnDisk("d"), (Names{"a.txt", "b.txt", "folder"}));
     EXPECT_EQ(Get("d/a.txt") + Get("d/b.txt"), "ab");
 }
-
-// ---- Copy, rename, delete --------------------------------------------------
 
 TEST_F(FileSystemTest, CopyRenameAndDelete) {
     std::string bytes;
@@ -206,8 +182,6 @@ TEST_F(FileSystemTest, CopyRenameAndDelete) {
     Files().Kill("C:\\d\\*.BIN");
     EXPECT_EQ(OnDisk("d"), Names{"B.CIF"});
 }
-
-// ---- Sequential files ------------------------------------------------------
 
 TEST_F(FileSystemTest, OutputAppendAndInputThroughHostFiles) {
     fs::create_directories(C() / "d");
@@ -229,8 +203,6 @@ TEST_F(FileSystemTest, OutputAppendAndInputThroughHostFiles) {
     Files().OpenOutput("C:\\d\\f.txt").Close();   // emptied
     EXPECT_EQ(Files().FileLen("C:\\d\\f.txt"), 0);
 }
-
-// ---- Replacement -----------------------------------------------------------
 
 TEST_F(FileSystemTest, ReplaceFileSwapsTheContentAndLeavesNoTemporaryFile) {
     Put("d/Target.log", "old content");

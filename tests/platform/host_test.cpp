@@ -7,28 +7,17 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+
+#include "support/files.hpp"
 
 namespace ravelo::platform {
 namespace {
 
-namespace fs = std::filesystem;
-
 class ShellTest : public ::testing::Test {
 protected:
-    ShellTest() {
-        std::string pattern = (fs::temp_directory_path() / "ravelo-sh-XXXXXX").string();
-        dir_ = mkdtemp(pattern.data());
-    }
-    ~ShellTest() override { fs::remove_all(dir_); }
-    std::string Path(const char* name) const { return (dir_ / name).string(); }
-    std::string Read(const char* name) const {
-        std::ifstream in(dir_ / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-    fs::path dir_;
+    std::string Path(const char* name) const { return (dir_.Path() / name).string(); }
+    std::string Read(const char* name) const { return test::ReadHostFile(dir_.Path() / name); }
+    test::TempFolder dir_;
 };
 
 TEST_F(ShellTest, WaitsForItsOwnCommandsOnly) {

@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
+#include <tuple>
 
 #include "runtime/error.hpp"
 
@@ -41,62 +42,41 @@ private:
     std::optional<std::string> old_;
 };
 
-int ErrorOfToHost(const DriveMap& map, std::string_view path, std::string_view current) {
-    return test::ErrorOf([&] { map.ToHost(path, current); });
-}
-
 const DriveMap kDrives({{'C', "/data/drive_c"}, {'D', "/mnt/d/"}, {'Z', "/"}});
 
-// ---- Windows form to host --------------------------------------------------
-
-TEST(DriveMapToHost, DriveLettersInAnyCase) {
-    EXPECT_EQ(kDrives.ToHost("C:\\ravelo\\x.dat", "Z:\\"), "/data/drive_c/ravelo/x.dat");
-    EXPECT_EQ(kDrives.ToHost("d:\\a", "Z:\\"), "/mnt/d/a");   // the trailing "/" of the setting is not doubled
-    EXPECT_EQ(kDrives.ToHost("Z:\\etc\\hosts", "C:\\"), "/etc/hosts");
-    EXPECT_EQ(kDrives.ToHost("C:\\", "Z:\\"), "/data/drive_c");
+TEST(DriveMapToHost, DrivesCurrentDirectoriesDotsAndHostPaths) {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        // Drive letters in any case; the trailing "/" of a setting is not doubled.
+        {"C:\\ravelo\\x.dat", "Z:\\", "/data/drive_c/ravelo/x.dat"}, {"d:\\a", "Z:\\", "/mnt/d/a"},
+        {"Z:\\etc\\hosts", "C:\\", "/etc/hosts"}, {"C:\\", "Z:\\", "/data/drive_c"},
+        // Relative and rooted paths follow the current directory.
+        {"x\\y.cif", "C:\\work", "/data/drive_c/work/x/y.cif"}, {"\\x", "d:\\work", "/mnt/d/x"},
+        {"\\x\\y.cif", "C:\\work", "/data/drive_c/x/y.cif"}, {"y.cif", "Z:\\home\\u", "/home/u/y.cif"},
+        {"C:y.cif", "C:\\work", "/data/drive_c/work/y.cif"}, {"D:y.cif", "C:\\work", "/mnt/d/y.cif"},
+        // Dots resolve without leaving the drive.
+        {"..\\b\\.\\c.txt", "C:\\work\\a", "/data/drive_c/work/b/c.txt"},
+        {"C:\\..\\..\\x", "Z:\\", "/data/drive_c/x"}, {"C:\\a\\\\b\\", "Z:\\", "/data/drive_c/a/b"},
+        // Host paths stand as typed; a "\name" the program's own rules append still separates.
+        {"/home/u/x.cif", "C:\\work", "/home/u/x.cif"}, {"/home/u\\x.sxs", "C:\\work", "/home/u/x.sxs"},
+        {"x.sxs", "/home/u", "/home/u/x.sxs"},
+    };
+    for (const auto& [path, current, host] : cases) EXPECT_EQ(kDrives.ToHost(path, current), host) << path;
+    // An unmapped drive is 76.
+    EXPECT_EQ(test::ErrorOf([] { kDrives.ToHost("Q:\\x", "C:\\"); }), kPathNotFound);
+    EXPECT_EQ(test::ErrorOf([] { kDrives.ToHost("x", "Q:\\work"); }), kPathNotFound);
+    EXPECT_EQ(test::ErrorOf([] { DriveMap({{'C', "/c"}}).ToHost("\\x", "Z:\\"); }), kPathNotFound);
 }
-
-TEST(DriveMapToHost, RelativeAndRootedPathsFollowTheCurrentDirectory) {
-    EXPECT_EQ(kDrives.ToHost("x\\y.cif", "C:\\work"), "/data/drive_c/work/x/y.cif");
-    EXPECT_EQ(kDrives.ToHost("\\x\\y.cif", "C:\\work"), "/data/drive_c/x/y.cif");
-    EXPECT_EQ(kDrives.ToHost("\\x", "d:\\work"), "/mnt/d/x");
-    EXPECT_EQ(kDrives.ToHost("y.cif", "Z:\\home\\u"), "/home/u/y.cif");
-    EXPECT_EQ(kDrives.ToHost("C:y.cif", "C:\\work"), "/data/drive_c/work/y.cif");
-    EXPECT_EQ(kDrives.ToHost("D:y.cif", "C:\\work"), "/mnt/d/y.cif");
-}
-
-TEST(DriveMapToHost, DotsResolveWithoutLeavingTheDrive) {
-    EXPECT_EQ(kDrives.ToHost("..\\b\\.\\c.txt", "C:\\work\\a"), "/data/drive_c/work/b/c.txt");
-    EXPECT_EQ(kDrives.ToHost("C:\\..\\..\\x", "Z:\\"), "/data/drive_c/x");
-    EXPECT_EQ(kDrives.ToHost("C:\\a\\\\b\\", "Z:\\"), "/data/drive_c/a/b");
-}
-
-TEST(DriveMapToHost, HostPathsStandAsTyped) {
-    EXPECT_EQ(kDrives.ToHost("/home/u/x.cif", "C:\\work"), "/home/u/x.cif");
-    // A "\name" that the program's own rules append still separates.
-    EXPECT_EQ(kDrives.ToHost("/home/u\\x.sxs", "C:\\work"), "/home/u/x.sxs");
-    EXPECT_EQ(kDrives.ToHost("x.sxs", "/home/u"), "/home/u/x.sxs");
-}
-
-TEST(DriveMapToHost, AnUnmappedDriveIs76) {
-    EXPECT_EQ(ErrorOfToHost(kDrives, "Q:\\x", "C:\\"), kPathNotFound);
-    EXPECT_EQ(ErrorOfToHost(kDrives, "x", "Q:\\work"), kPathNotFound);
-    EXPECT_EQ(ErrorOfToHost(DriveMap({{'C', "/c"}}), "\\x", "Z:\\"), kPathNotFound);
-}
-
-// ---- Host to Windows form --------------------------------------------------
 
 TEST(DriveMapToWindows, TheDeepestDriveHoldingThePathWinsAndZComesLast) {
     const DriveMap nested({{'C', "/data/c"}, {'E', "/data/c/inner"}, {'Z', "/"}});
-    EXPECT_EQ(nested.ToWindows("/data/c/x/y.dat"), "C:\\x\\y.dat");
-    EXPECT_EQ(nested.ToWindows("/data/c/inner/y.dat"), "E:\\y.dat");
-    EXPECT_EQ(nested.ToWindows("/data/c"), "C:\\");
-    EXPECT_EQ(nested.ToWindows("/data/cat/"), "Z:\\data\\cat");   // "/data/c" does not hold "/data/cat"
-    EXPECT_EQ(nested.ToWindows("/"), "Z:\\");
+    const std::pair<const char*, const char*> cases[] = {
+        {"/data/c/x/y.dat", "C:\\x\\y.dat"}, {"/data/c/inner/y.dat", "E:\\y.dat"}, {"/data/c", "C:\\"},
+        {"/data/cat/", "Z:\\data\\cat"},  // "/data/c" does not hold "/data/cat"
+        {"/", "Z:\\"},
+    };
+    for (const auto& [host, windows] : cases) EXPECT_EQ(nested.ToWindows(host), windows) << host;
     EXPECT_EQ(DriveMap({{'C', "/c"}}).ToWindows("/tmp/x"), "Z:\\tmp\\x");
 }
-
-// ---- Drives from the environment -------------------------------------------
 
 TEST(DriveMapFromEnvironment, DefaultsAndOverrides) {
     ScopedEnv driveC("RAVELO_DRIVE_C", std::nullopt);
@@ -120,18 +100,12 @@ TEST(DriveMapFromEnvironment, DefaultsAndOverrides) {
 
 const DriveMap kTempDrives({{'C', "/var/lib/rv/c"}, {'Z', "/"}});
 
-// ---- Environment -----------------------------------------------------------
-
-TEST(Environment, AHostTempIsShownInWindowsForm) {
-    ScopedEnv temp("TEMP", "/var/lib/rv/c/Temp/");
-    EXPECT_EQ(Environment::FromProcess(kTempDrives).Get("TEMP"), "C:\\Temp");
-    ScopedEnv other("TEMP", "/scratch/t");
-    EXPECT_EQ(Environment::FromProcess(kTempDrives).Get("TEMP"), "Z:\\scratch\\t");
-    ScopedEnv windows("TEMP", "D:\\Temp");
-    EXPECT_EQ(Environment::FromProcess(kTempDrives).Get("TEMP"), "D:\\Temp");
-}
-
-TEST(Environment, AMissingTempComesLastFromTmpdirElseTmp) {
+TEST(Environment, AHostTempIsShownInWindowsFormAndAMissingOneComesLast) {
+    for (const auto& [host, windows] : std::vector<std::pair<std::string, std::string>>{
+             {"/var/lib/rv/c/Temp/", "C:\\Temp"}, {"/scratch/t", "Z:\\scratch\\t"}, {"D:\\Temp", "D:\\Temp"}}) {
+        ScopedEnv temp("TEMP", host);
+        EXPECT_EQ(Environment::FromProcess(kTempDrives).Get("TEMP"), windows);
+    }
     ScopedEnv temp("TEMP", std::nullopt);
     {
         ScopedEnv tmpdir("TMPDIR", "/scratch/t");
@@ -159,8 +133,6 @@ TEST(WaitScale, NumbersCountAndAnythingElseIsOne) {
         EXPECT_EQ(WaitScaleFromEnvironment(), expected) << text.value_or("(unset)");
     }
 }
-
-// ---- Command line ----------------------------------------------------------
 
 TEST(JoinCommandLine, HostPathsBecomeWindowsFormAndOtherWordsPass) {
     std::string pattern = (fs::temp_directory_path() / "ravelo-cl-XXXXXX").string();

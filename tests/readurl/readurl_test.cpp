@@ -71,15 +71,12 @@ private:
                 std::lock_guard<std::mutex> lock(mutex_);
                 requested_.push_back(path);
             }
-            std::string reply;
-            if (path.rfind("/redirect/", 0) == 0) {
+            std::string reply = "HTTP/1.0 404 Not Found\r\nContent-Length: 9\r\n\r\nnot found";
+            if (path.rfind("/redirect/", 0) == 0)
                 reply = "HTTP/1.0 302 Found\r\nLocation: /" + path.substr(10) + "\r\nContent-Length: 0\r\n\r\n";
-            } else if (auto body = bodies_.find(path); body != bodies_.end()) {
+            else if (auto body = bodies_.find(path); body != bodies_.end())
                 reply = "HTTP/1.0 200 OK\r\nContent-Length: " + std::to_string(body->second.size()) + "\r\n\r\n" +
                         body->second;
-            } else {
-                reply = "HTTP/1.0 404 Not Found\r\nContent-Length: 9\r\n\r\nnot found";
-            }
             for (std::size_t sent = 0; sent < reply.size();) {
                 const ssize_t n = write(client, reply.data() + sent, reply.size() - sent);
                 if (n <= 0) break;
@@ -121,25 +118,22 @@ protected:
 };
 
 TEST_F(ReadUrl, DownloadsTheFileToTheTarget) {
-    EXPECT_EQ(Read({"readurl", server.Base() + "/files/water.sxs", "C:\\downloads\\water.sxs"}), 0);
-    EXPECT_EQ(ReadHostFile(Downloads() / "water.sxs"), kMolecule);
-    // A redirection is followed; an existing target is replaced.
-    WriteHostFile(Downloads() / "again.sxs", "old contents");
-    EXPECT_EQ(Read({"readurl", server.Base() + "/redirect/files/water.sxs", "C:\\downloads\\again.sxs"}), 0);
-    EXPECT_EQ(ReadHostFile(Downloads() / "again.sxs"), kMolecule);
-}
-
-TEST_F(ReadUrl, TargetPathWithBlanksKeepsThem) {
     std::filesystem::create_directories(Downloads() / "my files");
-    EXPECT_EQ(Read({"readurl", server.Base() + "/files/water.sxs", "C:\\downloads\\my files\\new water.sxs"}), 0);
-    EXPECT_EQ(ReadHostFile(Downloads() / "my files" / "new water.sxs"), kMolecule);
-}
-
-TEST_F(ReadUrl, RequestIsTakenInLowerCaseAsAWhole) {
-    EXPECT_EQ(Read({"readurl", server.Base() + "/FILES/Water.SXS", "C:\\DOWNLOADS\\Water.SXS"}), 0);
-    EXPECT_EQ(server.Requested(), std::vector<std::string>{"/files/water.sxs"});
-    EXPECT_EQ(ReadHostFile(Downloads() / "water.sxs"), kMolecule);
-    EXPECT_FALSE(std::filesystem::exists(Downloads() / "Water.SXS"));
+    WriteHostFile(Downloads() / "again.sxs", "old contents");
+    // A redirection is followed; an existing target is replaced; blanks in
+    // the target stay; the request is taken in lower case as a whole.
+    const std::pair<std::string, const char*> reads[] = {
+        {"/files/water.sxs", "C:\\downloads\\water.sxs"}, {"/redirect/files/water.sxs", "C:\\downloads\\again.sxs"},
+        {"/files/water.sxs", "C:\\downloads\\my files\\new water.sxs"},
+        {"/FILES/Water.SXS", "C:\\DOWNLOADS\\Lower.SXS"},
+    };
+    for (const auto& [path, target] : reads) EXPECT_EQ(Read({"readurl", server.Base() + path, target}), 0) << path;
+    for (const char* file : {"water.sxs", "again.sxs", "my files/new water.sxs", "lower.sxs"})
+        EXPECT_EQ(ReadHostFile(Downloads() / file), kMolecule) << file;
+    EXPECT_FALSE(std::filesystem::exists(Downloads() / "Lower.SXS"));
+    EXPECT_EQ(server.Requested(), (std::vector<std::string>{"/files/water.sxs", "/redirect/files/water.sxs",
+                                                            "/files/water.sxs", "/files/water.sxs",
+                                                            "/files/water.sxs"}));
 }
 
 TEST_F(ReadUrl, FailuresLeaveNothingBehindAndEndNormally) {

@@ -6,14 +6,15 @@
 #include <functional>
 
 #include "runtime/error.hpp"
-#include "support/error_of.hpp"
 #include "runtime/sequential.hpp"
+#include "support/error_of.hpp"
 
 using namespace ravelo;
 
 namespace {
 
 using test::ErrorOf;
+using Lines = std::vector<std::string>;
 
 struct TrickleSource final : ByteSource {
     explicit TrickleSource(std::string b) : bytes(std::move(b)) {}
@@ -30,8 +31,7 @@ struct TrickleSource final : ByteSource {
 // is gone.
 struct SinkLog {
     std::string bytes;
-    int writes = 0;
-    int flushes = 0;
+    int writes = 0, flushes = 0;
     bool fail = false;
 };
 struct LogSink final : ByteSink {
@@ -45,18 +45,16 @@ struct LogSink final : ByteSink {
     SinkLog& log;
 };
 
-// Runs `read` over the text from a whole-buffer source and from a one-byte
-// source; both must give the same result, which is returned.
-template <typename T>
-T BothWays(const std::string& text, const std::function<T(InputFile&)>& read) {
+// Reads the text from a whole-buffer source and from a one-byte source;
+// both must give the same items, which are returned.
+Lines BothWays(const std::string& text, const std::function<Lines(InputFile&)>& read) {
     InputFile whole(MemorySource(text));
     InputFile trickle(std::make_unique<TrickleSource>(text));
-    T result = read(whole);
+    Lines result = read(whole);
     EXPECT_EQ(read(trickle), result);
     return result;
 }
 
-using Lines = std::vector<std::string>;
 Lines AllLines(InputFile& f) {
     Lines lines;
     while (!f.Eof()) lines.push_back(f.LineInput());
@@ -66,29 +64,13 @@ Lines AllLines(InputFile& f) {
 
 }  // namespace
 
-TEST(LineInput, EveryLineEndAndAnUnendedLastLine) {
-    const std::function<Lines(InputFile&)> read = AllLines;
-    EXPECT_EQ(BothWays("A\r\nB\r\n", read), (Lines{"A", "B"}));
-    EXPECT_EQ(BothWays("A\nB\rC\r\nD", read), (Lines{"A", "B", "C", "D"}));
-    EXPECT_EQ(BothWays("A\r\r\nB", read), (Lines{"A", "", "B"}));
-    EXPECT_EQ(BothWays("A\n\rB\n", read), (Lines{"A", "", "B"}));  // LF then CR is two ends
-    EXPECT_EQ(BothWays("\r\n", read), (Lines{""}));
-    EXPECT_EQ(BothWays(" x\t \r\n", read), (Lines{" x\t "}));  // nothing trimmed
-    EXPECT_EQ(BothWays("", read), Lines{});
-}
-
-TEST(LineInput, LinesLongerThanTheBufferAndCrLfAcrossIt) {
-    // 65535 bytes, then CR at the last byte of a 64 KiB buffer and LF at the
-    // first byte of the next.
-    const std::string longLine(65535, 'x');
-    InputFile f(MemorySource(longLine + "\r\n" + std::string(200000, 'y') + "\nz"));
-    EXPECT_EQ(f.LineInput(), longLine);
-    EXPECT_EQ(f.LineInput(), std::string(200000, 'y'));
-    EXPECT_EQ(f.LineInput(), "z");
-    EXPECT_TRUE(f.Eof());
-}
-
-TEST(LineInput, EveryLineEndAtEveryPlaceInAWord) {
+TEST(LineInput, EveryLineEndAnywhereAndAnUnendedLastLine) {
+    const std::pair<const char*, Lines> cases[] = {
+        {"A\r\nB\r\n", {"A", "B"}}, {"A\nB\rC\r\nD", {"A", "B", "C", "D"}}, {"A\r\r\nB", {"A", "", "B"}},
+        {"A\n\rB\n", {"A", "", "B"}},  // LF then CR is two ends
+        {"\r\n", {""}}, {" x\t \r\n", {" x\t "}} /* nothing trimmed */, {"", {}},
+    };
+    for (const auto& [text, lines] : cases) EXPECT_EQ(BothWays(text, AllLines), lines) << text;
     // Line ends are looked for eight bytes at a time: each kind of end must
     // be found at every offset in such a step, and in the bytes after it.
     for (const std::string end : {"\r", "\n", "\r\n"}) {
@@ -100,59 +82,58 @@ TEST(LineInput, EveryLineEndAtEveryPlaceInAWord) {
     }
 }
 
-TEST(ReadChunk, TheRestOfTheFileInBufferSizedPieces) {
+TEST(LineInput, LinesLongerThanTheBufferCrLfAcrossItAndTheRestInChunks) {
+    // 65535 bytes, then CR at the last byte of a 64 KiB buffer and LF at the
+    // first byte of the next.
+    const std::string longLine(65535, 'x');
+    InputFile f(MemorySource(longLine + "\r\n" + std::string(200000, 'y') + "\nz"));
+    EXPECT_EQ(f.LineInput(), longLine);
+    EXPECT_EQ(f.LineInput(), std::string(200000, 'y'));
+    EXPECT_EQ(f.LineInput(), "z");
+    EXPECT_TRUE(f.Eof());
+
     const std::string text = "first\r\n" + std::string(150000, 'q');
-    InputFile f(MemorySource(text));
-    EXPECT_EQ(f.LineInput(), "first");
+    InputFile chunked(MemorySource(text));
+    EXPECT_EQ(chunked.LineInput(), "first");
     std::string rest;
-    for (std::string_view chunk = f.ReadChunk(); !chunk.empty(); chunk = f.ReadChunk()) {
+    for (std::string_view chunk = chunked.ReadChunk(); !chunk.empty(); chunk = chunked.ReadChunk()) {
         EXPECT_LE(chunk.size(), 64u * 1024);
         rest.append(chunk);
     }
     EXPECT_EQ(rest, text.substr(7));
-    EXPECT_TRUE(f.Eof());
+    EXPECT_TRUE(chunked.Eof());
+
+    InputFile bytes(MemorySource("a\r\xff"));
+    EXPECT_EQ((std::string{bytes.GetChar(), bytes.GetChar(), bytes.GetChar()}), "a\r\xff");
+    EXPECT_TRUE(bytes.Eof());
+    EXPECT_EQ(ErrorOf([&] { bytes.GetChar(); }), 62);
 }
 
-TEST(GetChar, OneByteEachThenPastTheEnd) {
-    InputFile f(MemorySource("a\r\xff"));
-    EXPECT_EQ(f.GetChar(), 'a');
-    EXPECT_EQ(f.GetChar(), '\r');
-    EXPECT_EQ(f.GetChar(), '\xff');
-    EXPECT_TRUE(f.Eof());
-    EXPECT_EQ(ErrorOf([&] { f.GetChar(); }), 62);
-}
-
-TEST(InputItems, QuotedTextAndNumberItemsOnOneLine) {
-    const std::string text = " \"x, y\",12 34,  text item  ,\"q\"junk , last";
-    const auto items = BothWays<Lines>(text, [](InputFile& f) {
+TEST(InputItems, QuotedTextNumbersLineEndsAndQuotesAcrossLines) {
+    const auto items = BothWays(" \"x, y\",12 34,  text item  ,\"q\"junk , last", [](InputFile& f) {
         Lines got{f.InputText()};
         got.push_back(std::to_string(f.InputNumber()));
         got.push_back(std::to_string(f.InputNumber()));
-        got.push_back(f.InputText());
-        got.push_back(f.InputText());
-        got.push_back(f.InputText());  // at the end of the file without a line end: fine
+        for (int i = 0; i < 3; ++i) got.push_back(f.InputText());  // the last without a line end: fine
         EXPECT_TRUE(f.Eof());
         EXPECT_EQ(ErrorOf([&] { f.InputText(); }), 62);
         return got;
     });
     EXPECT_EQ(items, (Lines{"x, y", "12.000000", "34.000000", "text item", "q", "last"}));
-}
 
-TEST(InputItems, LineEndsEmptyLinesAndQuotesAcrossLines) {
-    const auto items = BothWays<Lines>("1\r2\n3\r\n\r\na,\r\n\"p\r\nq\",\t5", [](InputFile& f) {
+    // Three numbers, then: the empty line is one empty item; "a" has its
+    // comma consumed; the rest of that line is empty; a quoted item holds
+    // its line end; a tab is not skipped, so Val gives 0.
+    const auto more = BothWays("1\r2\n3\r\n\r\na,\r\n\"p\r\nq\",\t5", [](InputFile& f) {
         Lines got;
         for (int i = 0; i < 3; ++i) got.push_back(std::to_string(f.InputLong()));
-        got.push_back(f.InputText());  // the empty line: one empty item
-        got.push_back(f.InputText());  // "a", its comma consumed
-        got.push_back(f.InputText());  // the rest of that line: empty
-        got.push_back(f.InputText());  // a quoted item holds its line end
-        got.push_back(std::to_string(f.InputNumber()));  // a tab is not skipped: Val gives 0
+        for (int i = 0; i < 4; ++i) got.push_back(f.InputText());
+        got.push_back(std::to_string(f.InputNumber()));
         return got;
     });
-    EXPECT_EQ(items, (Lines{"1", "2", "3", "", "a", "", "p\r\nq", "0.000000"}));
-}
+    EXPECT_EQ(more, (Lines{"1", "2", "3", "", "a", "", "p\r\nq", "0.000000"}));
 
-TEST(InputItems, WholeNumbersRoundHalfEvenAndOverflow) {
+    // Whole numbers round half to even and overflow.
     InputFile f(MemorySource("2.5,3.5,-2.5\r\n2147483648,40000\r\n"));
     EXPECT_EQ(f.InputLong(), 2);
     EXPECT_EQ(f.InputInteger(), 4);
@@ -162,9 +143,8 @@ TEST(InputItems, WholeNumbersRoundHalfEvenAndOverflow) {
 }
 
 TEST(OutputFile, RecordsAndLinesEndInCrLf) {
-    EXPECT_EQ(RecordText({Field::Text("H1"), Field::Double(1.5), Field::Double(-0.25),
-                          Field::Double(0), Field::Double(1e-05), Field::Integer(-3),
-                          Field::Text("a\"b"), Field::Text("")}),
+    EXPECT_EQ(RecordText({Field::Text("H1"), Field::Double(1.5), Field::Double(-0.25), Field::Double(0),
+                          Field::Double(1e-05), Field::Integer(-3), Field::Text("a\"b"), Field::Text("")}),
               "\"H1\",1.5,-.25,0,1E-05,-3,\"a\"b\",\"\"");
     SinkLog log;
     {

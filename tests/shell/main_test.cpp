@@ -2,6 +2,8 @@
 // window and the dispatch of command words.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "runtime/error.hpp"
 #include "shell/raveloutilx.hpp"
 #include "shell/run.hpp"
@@ -29,99 +31,62 @@ void Record(Program& p, const std::string& word, Seen& seen) {
     };
 }
 
-class CommandLine : public testing::Test {
-protected:
-    void SetUp() override {
+TEST(CommandLine, ReadingTheCommandLine) {
+    struct Case {
+        const char* line;
+        int calls;             // of the converter
+        const char* wordTail;  // as the converter, or else the program, saw them
+        int libraryCount;
+        int pause;  // milliseconds of the closing pause, -1: not checked
+    };
+    const Case cases[] = {
+        // A bare name of a known type starts the converter.
+        {"C:\\Data\\Crambin.PDB", 1, "fileconv|C:\\Data\\Crambin.PDB", 0, -1},
+        // The type test is a substring test on the last three characters:
+        // "ol2" lies inside the "mol2" of the type list; ".cc" lies nowhere.
+        {"c:\\data\\x.mol2", 1, "fileconv|c:\\data\\x.mol2", 0, -1},
+        {"C:\\DATA\\X.CC", 0, "c:\\data\\x.cc|", 0, -1},
+        {"updtmol", 1, "fileconv|updtmol", 0, -1},  // alone, it is taken as a file name
+        // One digit at the end is the library count: no closing pause then.
+        {"fileconv c:\\data\\x.cif 3", 1, "fileconv|c:\\data\\x.cif 3", 3, 0},
+        // Two digits or zero leave it at zero; a start with count 0 pauses a second.
+        {"fileconv c:\\data\\x.cif 12", 1, "fileconv|c:\\data\\x.cif 12", 0, 1000},
+        {"fileconv c:\\data\\x.cif 0", 1, "fileconv|c:\\data\\x.cif 0", 0, -1},
+        {"C:\\My Data\\x.pdb", 0, "c:\\my|Data\\x.pdb", 0, -1},  // a blank splits a bare name
+    };
+    for (const Case& c : cases) {
+        TestProgram t;
         t.Install();
+        Seen fileconv, updtmol;
         Record(t.program(), "fileconv", fileconv);
+        Record(t.program(), "updtmol", updtmol);
+        EXPECT_EQ(t.Run(c.line), 0) << c.line;
+        EXPECT_EQ(fileconv.calls, c.calls) << c.line;
+        EXPECT_EQ(updtmol.calls, 0) << c.line;
+        if (c.calls) {
+            EXPECT_EQ(fileconv.word + "|" + fileconv.tail, c.wordTail);
+            EXPECT_EQ(fileconv.libraryCount, c.libraryCount) << c.line;
+        } else {
+            EXPECT_EQ(t.program().CommandWord + "|" + t.program().CommandTail, c.wordTail);
+        }
+        if (c.pause >= 0) {
+            EXPECT_GE(t.clock().millis, static_cast<unsigned>(c.pause)) << c.line;
+            EXPECT_LT(t.clock().millis, c.pause + 100u) << c.line;
+        }
     }
+}
+
+TEST(CommandLine, WildcardWordBecomesItsFirstMatchInNameOrderAndAnUnknownWordEndsQuietly) {
     TestProgram t;
-    Seen fileconv;
-};
-
-TEST_F(CommandLine, BareNameOfAKnownTypeStartsTheConverter) {
-    EXPECT_EQ(t.Run("C:\\Data\\Crambin.PDB"), 0);
-    EXPECT_EQ(fileconv.calls, 1);
-    EXPECT_EQ(fileconv.word, "fileconv");
-    EXPECT_EQ(fileconv.tail, "C:\\Data\\Crambin.PDB");
-    EXPECT_EQ(fileconv.libraryCount, 0);
-}
-
-TEST_F(CommandLine, TypeTestIsASubstringTestOnTheLastThreeCharacters) {
-    // "ol2" lies inside the "mol2" of the type list; ".cc" lies nowhere.
-    EXPECT_EQ(t.Run("c:\\data\\x.mol2"), 0);
-    EXPECT_EQ(fileconv.calls, 1);
-
-    TestProgram other;
-    other.Install();
-    Seen unknown;
-    Record(other.program(), "fileconv", unknown);
-    EXPECT_EQ(other.Run("C:\\DATA\\X.CC"), 0);
-    EXPECT_EQ(unknown.calls, 0);
-    EXPECT_EQ(other.program().CommandWord, "c:\\data\\x.cc");
-}
-
-TEST_F(CommandLine, UpdtmolAloneIsTakenAsAFileName) {
-    Seen updtmol;
-    Record(t.program(), "updtmol", updtmol);
-    t.Run("updtmol");
-    EXPECT_EQ(updtmol.calls, 0);
-    EXPECT_EQ(fileconv.calls, 1);
-    EXPECT_EQ(fileconv.tail, "updtmol");
-}
-
-TEST_F(CommandLine, OneDigitAtTheEndIsTheLibraryCount) {
-    t.Run("fileconv c:\\data\\x.cif 3");
-    EXPECT_EQ(fileconv.word, "fileconv");
-    EXPECT_EQ(fileconv.tail, "c:\\data\\x.cif 3");
-    EXPECT_EQ(fileconv.libraryCount, 3);
-    // No closing pause after a library entry's conversion.
-    EXPECT_EQ(t.clock().millis, 0u);
-}
-
-TEST_F(CommandLine, TwoDigitsOrZeroLeaveTheCountAtZero) {
-    t.Run("fileconv c:\\data\\x.cif 12");
-    EXPECT_EQ(fileconv.libraryCount, 0);
-    // A command-line start with count 0 pauses one second before it ends.
-    EXPECT_GE(t.clock().millis, 1000u);
-    EXPECT_LT(t.clock().millis, 1100u);
-
-    TestProgram zero;
-    zero.Install();
-    Seen seen;
-    Record(zero.program(), "fileconv", seen);
-    zero.Run("fileconv c:\\data\\x.cif 0");
-    EXPECT_EQ(seen.libraryCount, 0);
-    EXPECT_EQ(seen.tail, "c:\\data\\x.cif 0");
-}
-
-TEST_F(CommandLine, BlankInABareNameSplitsIt) {
-    t.Run("C:\\My Data\\x.pdb");
-    EXPECT_EQ(fileconv.calls, 0);
-    EXPECT_EQ(t.program().CommandWord, "c:\\my");
-    EXPECT_EQ(t.program().CommandTail, "Data\\x.pdb");
-}
-
-TEST_F(CommandLine, WildcardWordBecomesItsFirstMatchInNameOrder) {
-    t.Write("C:\\d\\b.txt", "12345678");
-    t.Write("C:\\d\\a.txt", "12345678");
-    t.Write("C:\\d\\C.txt", "12345678");
+    t.Install();
+    for (const char* name : {"b.txt", "a.txt", "C.txt"}) t.Write(std::string("C:\\d\\") + name, "12345678");
     Seen first;
     Record(t.program(), "c:\\d\\c.txt", first);
-    t.Run("C:\\d\\*.txt");
-    // Upper case sorts before lower case, so C.txt comes first.
-    EXPECT_EQ(first.calls, 1);
-}
-
-TEST_F(CommandLine, UnknownWordWithHiddenMainWindowEndsQuietly) {
-    EXPECT_EQ(t.Run("ravelobatch"), 0);
+    EXPECT_EQ(t.Run("C:\\d\\*.txt"), 0);
+    EXPECT_EQ(first.calls, 1);  // upper case sorts before lower case, so C.txt comes first
+    EXPECT_EQ(t.Run("ravelobatch"), 0);  // with the main window hidden
     EXPECT_EQ(t.Output(), "");
 }
-
-class Installation : public testing::Test {
-protected:
-    TestProgram t;
-};
 
 constexpr const char* kCriticalBox =
     "MSGBOX RaveloUtils - Critical Error|The critical file RAVELODRIVE.DAT cannot be found in the root "
@@ -129,31 +94,28 @@ constexpr const char* kCriticalBox =
     "to C:\\programdata\\ravelo. \\nA copy can be downloaded from the Kalmodyn web site.\\n\\nI am sorry, but "
     "I must terminate.\n";
 
-TEST_F(Installation, MissingDriveFileIsACriticalError) {
-    EXPECT_EQ(t.Run("calculx"), kExitInstallation);
-    EXPECT_EQ(t.Output(), kCriticalBox);
-}
-
-TEST_F(Installation, DriveFileOfSevenBytesIsDeletedAndReportedMissing) {
-    t.Write("C:\\programdata\\ravelo\\ravelodrive.dat", "\"C:\"\r\n1");
-    EXPECT_EQ(t.Run(""), kExitInstallation);
-    EXPECT_EQ(t.Output(), kCriticalBox);
-    EXPECT_FALSE(t.Exists("C:\\programdata\\ravelo\\ravelodrive.dat"));
-}
-
-TEST_F(Installation, MissingModellerEndsSilently) {
-    t.Write("C:\\programdata\\ravelo\\ravelodrive.dat", "\"Kalmodyn\",\"2026\",\"C:\"\r\n");
-    t.Write("C:\\ravelo\\kalculator.exe", "not the modeller");
-    EXPECT_EQ(t.Run(""), kExitInstallation);
-    EXPECT_EQ(t.Output(), "");
-}
-
-TEST_F(Installation, ThirdFieldNamesTheDriveAndTheModellerIsFoundInAnyCase) {
-    t.Write("C:\\programdata\\ravelo\\ravelodrive.dat", "Kalmodyn, 2026,  C:  \r\n");
-    t.Write("C:\\RAVELO\\KALMODYN.EXE", "stand-in for the modeller\r\n");
-    EXPECT_EQ(t.Run("ravelobatch"), 0);
-    EXPECT_EQ(t.program().InstallDrive, "C:");
-    EXPECT_EQ(t.program().ModellerExe, "Kalmodyn.Exe");
+TEST(Installation, DriveFileAndModeller) {
+    // A missing drive file, or one under eight bytes (deleted), is a
+    // critical error; a missing modeller ends silently.
+    const std::tuple<const char*, const char*, int, std::string> cases[] = {
+        {nullptr, nullptr, kExitInstallation, kCriticalBox},
+        {"\"C:\"\r\n1", nullptr, kExitInstallation, kCriticalBox},
+        {"\"Kalmodyn\",\"2026\",\"C:\"\r\n", "C:\\ravelo\\kalculator.exe", kExitInstallation, ""},
+        // The third field names the drive, and the modeller is found in any case.
+        {"Kalmodyn, 2026,  C:  \r\n", "C:\\RAVELO\\KALMODYN.EXE", 0, ""},
+    };
+    for (const auto& [driveFile, exe, status, output] : cases) {
+        TestProgram t;
+        if (driveFile) t.Write("C:\\programdata\\ravelo\\ravelodrive.dat", driveFile);
+        if (exe) t.Write(exe, "stand-in\r\n");
+        EXPECT_EQ(t.Run(status ? "calculx" : "ravelobatch"), status);
+        EXPECT_EQ(t.Output(), output);
+        if (!status) {
+            EXPECT_EQ(t.program().InstallDrive + t.program().ModellerExe, "C:Kalmodyn.Exe");
+        } else if (driveFile) {
+            EXPECT_EQ(t.Exists("C:\\programdata\\ravelo\\ravelodrive.dat"), exe != nullptr);
+        }
+    }
 }
 
 TEST(MainWindow, ShowsTheMenuWithReadUrlsHidden) {
