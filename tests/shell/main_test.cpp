@@ -7,6 +7,7 @@
 #include "runtime/error.hpp"
 #include "shell/raveloutilx.hpp"
 #include "shell/run.hpp"
+#include "ui/script_host.hpp"
 #include "core/shared.hpp"
 #include "support/test_program.hpp"
 
@@ -172,6 +173,37 @@ TEST(RuntimeErrors, AreReportedAndEndWithStatusThree) {
     t.program().utilities["fileconv"] = [](Program&) { Raise(kInputPastEnd); };
     EXPECT_EQ(t.Run("fileconv c:\\x.xyz"), kExitRuntimeError);
     EXPECT_EQ(t.Output(), "MSGBOX RaveloUtils|Run-time error '62':\\n\\nInput past end of file\n");
+}
+
+// A host that only says who it is.
+class MarkerHost : public ui::HeadlessHost {};
+
+TEST(HostChoice, DesktopWhenAskedForOrWhenThereIsADisplay) {
+    const DesktopHostFactory desktop = [] { return std::make_unique<MarkerHost>(); };
+    const auto chosen = [&](const char* ui, const char* display, const DesktopHostFactory& factory) {
+        ui ? setenv("RAVELO_UI", ui, 1) : unsetenv("RAVELO_UI");
+        display ? setenv("DISPLAY", display, 1) : unsetenv("DISPLAY");
+        const Services services = ServicesFromEnvironment(factory);
+        if (dynamic_cast<MarkerHost*>(services.ui.get())) return "desktop";
+        return dynamic_cast<ui::ScriptHost*>(services.ui.get()) ? "script" : "headless";
+    };
+    const std::string saved[] = {getenv("QT_QPA_PLATFORM") ? getenv("QT_QPA_PLATFORM") : "",
+                                 getenv("WAYLAND_DISPLAY") ? getenv("WAYLAND_DISPLAY") : ""};
+    unsetenv("QT_QPA_PLATFORM");
+    unsetenv("WAYLAND_DISPLAY");
+    EXPECT_STREQ(chosen("headless", ":99", desktop), "headless");
+    EXPECT_STREQ(chosen("Qt", nullptr, desktop), "desktop");
+    EXPECT_STREQ(chosen("qt", nullptr, nullptr), "headless");   // a build without the desktop host
+    EXPECT_STREQ(chosen("script", ":99", desktop), "script");
+    EXPECT_STREQ(chosen(nullptr, nullptr, desktop), "headless");   // no display at all
+    EXPECT_STREQ(chosen(nullptr, ":99", desktop), "desktop");
+    EXPECT_STREQ(chosen(nullptr, ":99", nullptr), "headless");
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);   // a platform named outright
+    EXPECT_STREQ(chosen(nullptr, nullptr, desktop), "desktop");
+    unsetenv("RAVELO_UI");
+    unsetenv("DISPLAY");
+    saved[0].empty() ? unsetenv("QT_QPA_PLATFORM") : setenv("QT_QPA_PLATFORM", saved[0].c_str(), 1);
+    if (!saved[1].empty()) setenv("WAYLAND_DISPLAY", saved[1].c_str(), 1);
 }
 
 }  // namespace
