@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/paths.hpp"
@@ -45,20 +46,6 @@ private:
     OutputFile file_;
 };
 
-// Runs `write` on the replacement's file, then commits it, also when `write`
-// ends in an error (which is then passed on): as with a file appended to in
-// place, what was written before the error stays.
-template <typename Write>
-void WriteAndCommit(Replacement& replacement, Write&& write) {
-    try {
-        write(replacement.File());
-    } catch (...) {
-        if (replacement.Pending()) replacement.Commit();
-        throw;
-    }
-    replacement.Commit();
-}
-
 // Runs `write` on the replacement's file; when it ends in an error, commits
 // what was written (and passes the error on). Committing or dropping the
 // replacement after a normal end is `write`'s own choice.
@@ -70,6 +57,15 @@ void WriteAndCommitOnError(Replacement& replacement, Write&& write) {
         if (replacement.Pending()) replacement.Commit();
         throw;
     }
+}
+
+// Runs `write` on the replacement's file, then commits it, also when `write`
+// ends in an error (which is then passed on): as with a file appended to in
+// place, what was written before the error stays.
+template <typename Write>
+void WriteAndCommit(Replacement& replacement, Write&& write) {
+    WriteAndCommitOnError(replacement, std::forward<Write>(write));
+    replacement.Commit();
 }
 
 class FileSystem {

@@ -1,14 +1,8 @@
 #include "faults/job_runs.hpp"
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-
 #include <cerrno>
 #include <cstdio>
 #include <stdexcept>
-
-extern char** environ;
 
 namespace ravelo::test {
 namespace {
@@ -63,53 +57,18 @@ Files JobFolder::Snapshot() const {
 }
 
 pid_t JobFolder::Start(const Step& step, const std::map<std::string, std::string>& env) const {
-    std::map<std::string, std::string> merged;
-    for (char** e = environ; *e; ++e) {
-        const std::string entry = *e;
-        const auto eq = entry.find('=');
-        // A fault switch of the test's own surroundings would reach the job.
-        if (eq != std::string::npos && !entry.starts_with("RAVELO_")) merged[entry.substr(0, eq)] = entry.substr(eq + 1);
-    }
-    merged["RAVELO_DRIVE_C"] = (Root() / "drive_c").string();
-    merged["TEMP"] = (Root() / "temp").string();
-    merged["RAVELO_WAIT_SCALE"] = "0";
-    merged["RAVELO_UI"] = step.ui;
-    for (const auto& [name, value] : env) merged[name] = value;
-    std::vector<std::string> strings;
-    for (const auto& [name, value] : merged) strings.push_back(name + "=" + value);
-    std::vector<char*> envp;
-    for (auto& s : strings) envp.push_back(s.data());
-    envp.push_back(nullptr);
-
-    std::vector<std::string> args{RAVELO_BINARY_PATH};
-    args.insert(args.end(), step.args.begin(), step.args.end());
-    std::vector<char*> argv;
-    for (auto& s : args) argv.push_back(s.data());
-    argv.push_back(nullptr);
-
-    const fs::path io = root_.Path() / "io";
-    WriteHostFile(io / "in", step.script);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, (io / "in").c_str(), O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, (io / "out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    posix_spawn_file_actions_addopen(&actions, 2, (io / "err").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    pid_t pid = 0;
-    const int spawned = posix_spawn(&pid, RAVELO_BINARY_PATH, &actions, nullptr, argv.data(), envp.data());
-    posix_spawn_file_actions_destroy(&actions);
-    if (spawned != 0) throw std::runtime_error("cannot start raveloutils");
-    return pid;
+    std::map<std::string, std::string> all{{"RAVELO_DRIVE_C", (Root() / "drive_c").string()},
+                                           {"TEMP", (Root() / "temp").string()},
+                                           {"RAVELO_WAIT_SCALE", "0"},
+                                           {"RAVELO_UI", step.ui}};
+    for (const auto& [name, value] : env) all[name] = value;
+    WriteHostFile(root_.Path() / "io" / "in", step.script);
+    return StartBinary(step.args, all, root_.Path() / "io");
 }
 
 JobFolder::Ended JobFolder::Wait(pid_t pid) const {
-    int status = 0;
-    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-    }
-    Ended ended;
-    ended.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    ended.out = ReadHostFile(root_.Path() / "io" / "out");
-    ended.err = ReadHostFile(root_.Path() / "io" / "err");
-    return ended;
+    const ProcessResult result = WaitBinary(pid, root_.Path() / "io");
+    return {result.status, result.out, result.err};
 }
 
 std::vector<Files> ReferenceStates(const Job& job) {
@@ -139,7 +98,10 @@ std::vector<std::string> Faults(const Files& now, const Files& before, const Fil
         };
         if (name.starts_with("temp/") && (cut(before) || cut(finished))) continue;
         const std::string target = PendingTarget(name, killed);
-        if (!target.empty() && (holds(before, target, bytes) || holds(finished, target, bytes))) continue;
+        const auto targetMoved = job.renamed.find(target);
+        if (!target.empty() && (holds(before, target, bytes) || holds(finished, target, bytes) ||
+                                (targetMoved != job.renamed.end() && holds(finished, targetMoved->second, bytes))))
+            continue;
         const auto moved = job.renamed.find(name);
         if (moved != job.renamed.end() && holds(finished, moved->second, bytes)) continue;
         const bool known = before.count(name) || finished.count(name);

@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -90,18 +91,15 @@ std::string Dated(std::string text) {
     return text;
 }
 
-ProcessResult RunBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
-                        const std::string& input, const std::filesystem::path& cwd) {
-    const char* binary = RAVELO_BINARY_PATH;
-    TempFolder io;
-    const auto inPath = io.Path() / "in", outPath = io.Path() / "out", errPath = io.Path() / "err";
-    WriteHostFile(inPath, input);
-
+pid_t StartBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
+                  const std::filesystem::path& io, const std::filesystem::path& cwd) {
+    // The test's own RAVELO_ settings (a fault switch, a window host) never
+    // reach the program: each test sets what it needs.
     std::map<std::string, std::string> merged;
     for (char** e = environ; *e; ++e) {
-        std::string entry = *e;
+        const std::string entry = *e;
         const auto eq = entry.find('=');
-        if (eq != std::string::npos) merged[entry.substr(0, eq)] = entry.substr(eq + 1);
+        if (eq != std::string::npos && !entry.starts_with("RAVELO_")) merged[entry.substr(0, eq)] = entry.substr(eq + 1);
     }
     for (const auto& [name, value] : env) merged[name] = value;
     std::vector<std::string> envStrings;
@@ -110,34 +108,45 @@ ProcessResult RunBinary(const std::vector<std::string>& args, const std::map<std
     for (auto& s : envStrings) envp.push_back(s.data());
     envp.push_back(nullptr);
 
-    std::vector<std::string> argStrings{binary};
+    std::vector<std::string> argStrings{RAVELO_BINARY_PATH};
     argStrings.insert(argStrings.end(), args.begin(), args.end());
     std::vector<char*> argv;
     for (auto& s : argStrings) argv.push_back(s.data());
     argv.push_back(nullptr);
 
+    if (!std::filesystem::exists(io / "in")) WriteHostFile(io / "in", "");
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, inPath.c_str(), O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    posix_spawn_file_actions_addopen(&actions, 2, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    const std::string dir = cwd.empty() ? std::filesystem::current_path().string() : cwd.string();
+    posix_spawn_file_actions_addopen(&actions, 0, (io / "in").c_str(), O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, 1, (io / "out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    posix_spawn_file_actions_addopen(&actions, 2, (io / "err").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
     // The child starts in the working folder.
     pid_t pid = 0;
     const std::filesystem::path previous = std::filesystem::current_path();
-    std::filesystem::current_path(dir);
-    const int spawned = posix_spawn(&pid, binary, &actions, nullptr, argv.data(), envp.data());
+    if (!cwd.empty()) std::filesystem::current_path(cwd);
+    const int spawned = posix_spawn(&pid, RAVELO_BINARY_PATH, &actions, nullptr, argv.data(), envp.data());
     std::filesystem::current_path(previous);
     posix_spawn_file_actions_destroy(&actions);
     if (spawned != 0) throw std::runtime_error("cannot start raveloutils");
-    int status = 0;
-    waitpid(pid, &status, 0);
+    return pid;
+}
 
+ProcessResult WaitBinary(pid_t pid, const std::filesystem::path& io) {
+    int status = 0;
+    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+    }
     ProcessResult result;
     result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    result.out = ReadHostFile(outPath);
-    result.err = ReadHostFile(errPath);
+    result.out = ReadHostFile(io / "out");
+    result.err = ReadHostFile(io / "err");
     return result;
+}
+
+ProcessResult RunBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
+                        const std::string& input, const std::filesystem::path& cwd) {
+    TempFolder io;
+    WriteHostFile(io.Path() / "in", input);
+    return WaitBinary(StartBinary(args, env, io.Path(), cwd), io.Path());
 }
 
 }  // namespace ravelo::test

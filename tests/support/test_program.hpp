@@ -2,6 +2,8 @@
 // a fake clock, the real shell, and the script host with the test's script.
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstdio>
 #include <filesystem>
 #include <map>
@@ -69,6 +71,14 @@ struct ProcessResult {
     std::string out;
     std::string err;
 };
+// Starts the built program with `args` and `env` added to the test's own
+// environment (less its RAVELO_ settings), standard input from io/in (empty
+// when missing) and standard output and error into io/out and io/err, in
+// `cwd` (default: the test's own folder).
+pid_t StartBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
+                  const std::filesystem::path& io, const std::filesystem::path& cwd = {});
+// Waits for a program StartBinary started; a signal's end is 128 + its number.
+ProcessResult WaitBinary(pid_t pid, const std::filesystem::path& io);
 ProcessResult RunBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
                         const std::string& input = {}, const std::filesystem::path& cwd = {});
 
