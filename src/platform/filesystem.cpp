@@ -103,14 +103,7 @@ int OpenOrRaise(const std::string& hostPath, int flags, mode_t mode = 0666) {
     return fd;
 }
 
-// unlink and rename with the folder listings kept current.
-int Unlink(const std::string& hostPath) {
-    ListingsUpdate update(hostPath, std::string());
-    const int result = unlink(hostPath.c_str());
-    update.Done(result == 0);
-    return result;
-}
-
+// rename with the folder listings kept current.
 int Rename(const std::string& from, const std::string& to) {
     ListingsUpdate update(from, to);
     const int result = rename(from.c_str(), to.c_str());
@@ -161,7 +154,7 @@ public:
         if (!faults::WriteAll(fd_, data, n)) RaiseWriteError(errno);
     }
     void Flush() override {
-        if (fsync(fd_) != 0 && errno != EINVAL && errno != EROFS) RaiseWriteError(errno);
+        if (!SyncFd(fd_)) RaiseWriteError(errno);
     }
 
 private:

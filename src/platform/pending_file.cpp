@@ -29,8 +29,6 @@ bool IsFolder(const std::string& hostPath) {
     return stat(hostPath.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
-// fsync, where the file supports it.
-bool SyncFd(int fd) { return fsync(fd) == 0 || errno == EINVAL || errno == EROFS; }
 
 // Makes a change of `folder`'s entries durable. Some file systems cannot sync
 // a folder; the change itself has happened by then, so failures are ignored.
@@ -41,12 +39,6 @@ void SyncFolder(const std::string& folder) {
     close(fd);
 }
 
-int Unlink(const std::string& hostPath) {
-    ListingsUpdate update(hostPath, std::string());
-    const int result = unlink(hostPath.c_str());
-    update.Done(result == 0);
-    return result;
-}
 
 // A fresh hidden name beside the target. The process id and a counter keep
 // two files apart; the target's name is cut so that the whole name stays
@@ -147,6 +139,15 @@ std::optional<mode_t> CheckTarget(const std::string& target) {
 }
 
 }  // namespace
+
+bool SyncFd(int fd) { return fsync(fd) == 0 || errno == EINVAL || errno == EROFS; }
+
+int Unlink(const std::string& hostPath) {
+    ListingsUpdate update(hostPath, std::string());
+    const int result = unlink(hostPath.c_str());
+    update.Done(result == 0);
+    return result;
+}
 
 void RaiseWriteError(int error) {
     Raise(error == ENOSPC || error == EDQUOT ? kDiskFull : kPathFileAccess);

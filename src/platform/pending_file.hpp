@@ -19,6 +19,11 @@
 
 namespace ravelo::platform {
 
+// fsync, where the file supports it (a pipe or a terminal needs nothing).
+bool SyncFd(int fd);
+// unlink with the folder listings kept current.
+int Unlink(const std::string& hostPath);
+
 // The error of a write the host refused: 61 "Disk full" when it is out of
 // space, else 75.
 [[noreturn]] void RaiseWriteError(int error);
