@@ -15,7 +15,7 @@ void ConvertFile(Program& p, const std::string& fileName) {
     std::string title;
     FilCvrt::SplitFileName(p, fileName, title);
     const std::string outPath = TextBefore(fileName, ".") + ".sxs";  // no "." raises 5
-    p.InputExt = ".ALC";
+    p.conversion.extension = ".ALC";
     InputFile in = p.fs.OpenInput(fileName);
     // Appended to: converting a file again adds a second set of records.
     OutputFile out = p.fs.OpenAppend(outPath);

@@ -55,7 +55,7 @@ void Announce(Program& p, const Progress& progress, const std::string& text);
 // Records 1 and 2 of the XCC file.
 void WriteCell(OutputFile& out, const Cell& cell, const std::string& title, const std::string& rFactor);
 // One atom record from a cleaned coordinate line; labels are read by the
-// rules of the file type the reader was given (InputExt).
+// rules of the file type the reader was given (conversion.extension).
 void WriteAtom(FilCvrt::SourceType type, InputFile& in, OutputFile& out, std::string& line);
 // Leaves the input under `newName` unless that is its name already, and
 // tells the modeller through the N log.
@@ -71,9 +71,9 @@ void ConvertFile(Program& p, const std::string& fileName, const Progress& progre
     const std::string extension = Mid(fileName, static_cast<long long>(base.size()) + 2);
     // Appended, not concatenated: g++ 12 misreports "." + extension here
     // (-Wrestrict).
-    p.InputExt = ".";
-    p.InputExt += extension;
-    p.CurrentFile = fileName;
+    p.conversion.extension = ".";
+    p.conversion.extension += extension;
+    p.conversion.file = fileName;
     InputFile in = p.fs.OpenInput(fileName);
     const std::string kind = UCase(extension);
     if (kind == "CMF") {
@@ -86,13 +86,13 @@ void ConvertFile(Program& p, const std::string& fileName, const Progress& progre
 }
 
 std::int64_t CIFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, const Progress& progress) {
-    const FilCvrt::SourceType type = FilCvrt::SourceTypeOf(p.InputExt);
+    const FilCvrt::SourceType type = FilCvrt::SourceTypeOf(p.conversion.extension);
     std::string baseName;
     FilCvrt::SplitFileName(p, CSDNAM, baseName);
     std::string rFactor = FindCifRFactor(in);
     in = p.fs.OpenInput(CSDNAM);
     const std::string name = ChooseCifName(ScanCifNames(in), baseName);
-    const std::string outBase = p.SourceDir + name;
+    const std::string outBase = p.conversion.folder + name;
     Announce(p, progress, name);
 
     const std::string xccPath = outBase + ".xcc";
@@ -131,7 +131,7 @@ std::int64_t CIFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
 }
 
 std::int64_t CMFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, const Progress& progress) {
-    const FilCvrt::SourceType type = FilCvrt::SourceTypeOf(p.InputExt);
+    const FilCvrt::SourceType type = FilCvrt::SourceTypeOf(p.conversion.extension);
     std::string baseName;
     FilCvrt::SplitFileName(p, CSDNAM, baseName);
     std::string rFactor;
@@ -155,7 +155,7 @@ std::int64_t CMFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
         }
     }
     FilCvrt::CleanMoleculeName(baseName, name);
-    const std::string outBase = p.SourceDir + name;
+    const std::string outBase = p.conversion.folder + name;
     Announce(p, progress, outBase);
 
     const std::string xccPath = outBase + ".xcc";
@@ -208,7 +208,7 @@ std::int64_t CMFFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
 }
 
 std::int64_t CSDFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, const Progress& progress) {
-    const FilCvrt::SourceType type = FilCvrt::SourceTypeOf(p.InputExt);
+    const FilCvrt::SourceType type = FilCvrt::SourceTypeOf(p.conversion.extension);
     std::string baseName;
     FilCvrt::SplitFileName(p, CSDNAM, baseName);
     std::string name, rFactor;
@@ -226,7 +226,7 @@ std::int64_t CSDFORMAT(Program& p, InputFile& in, const std::string& CSDNAM, con
         }
     }
     FilCvrt::CleanMoleculeName(baseName, name);
-    const std::string outBase = p.SourceDir + name;
+    const std::string outBase = p.conversion.folder + name;
     Announce(p, progress, outBase);
 
     const std::string xccPath = outBase + ".xcc";

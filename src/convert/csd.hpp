@@ -20,8 +20,8 @@ using Progress = std::function<void(const std::string&)>;
 
 // Converts one file by its extension, the text after the name's first "."
 // compared in upper case: CIF, CMF or CSD; any other extension (also one
-// that holds a point itself) converts nothing. Sets InputExt (".cif") and
-// CurrentFile. A name without any "." raises 5, a missing file 53.
+// that holds a point itself) converts nothing. Sets conversion.extension (".cif") and
+// conversion.file. A name without any "." raises 5, a missing file 53.
 void ConvertFile(Program& p, const std::string& fileName, const Progress& progress);
 
 // The three readers. Each is handed the input already open at its start and

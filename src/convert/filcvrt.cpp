@@ -302,10 +302,10 @@ bool PrepareInputFile(Program& p, const std::string& path) {
     if (Contains(path, ".")) {
         // The first "." of the whole path: a folder name with a point gives a
         // longer extension, and the work files sit beside that folder.
-        p.InputExt = TextFrom(path, ".");
+        p.conversion.extension = TextFrom(path, ".");
         base = TextBefore(path, ".");
     }
-    return MakeCleanTempFile(p, path, base, p.InputExt);
+    return MakeCleanTempFile(p, path, base, p.conversion.extension);
 }
 
 bool MakeCleanTempFile(Program& p, const std::string& path, const std::string& base, const std::string& ext) {
@@ -342,7 +342,7 @@ bool MakeCleanTempFile(Program& p, const std::string& path, const std::string& b
 void SplitFileName(Program& p, const std::string& path, std::string& name) {
     const std::size_t slash = InStrRev(path, "\\");
     if (slash == 0) return;
-    p.SourceDir = Left(path, static_cast<long long>(slash));
+    p.conversion.folder = Left(path, static_cast<long long>(slash));
     // Fewer than 4 characters after the "\" cannot lose an extension: error 5.
     name = DropLast(Mid(path, static_cast<long long>(slash) + 1), 4);
 }

@@ -15,10 +15,10 @@
 
 namespace ravelo::FilCvrt {
 
-// Cleans the input in place: with a "." in the path, InputExt becomes the
+// Cleans the input in place: with a "." in the path, conversion.extension becomes the
 // text from the first "." on and the base the text before it; then
 // MakeCleanTempFile, whose answer it gives. A path without "." has an empty
-// base and keeps InputExt.
+// base and keeps conversion.extension.
 bool PrepareInputFile(Program& p, const std::string& path);
 
 // Rewrites the file at `path` with cleaned text, through the work files
@@ -28,7 +28,7 @@ bool PrepareInputFile(Program& p, const std::string& path);
 // passed the scan as they were.
 bool MakeCleanTempFile(Program& p, const std::string& path, const std::string& base, const std::string& ext);
 
-// SourceDir = the path up to and including its last "\"; name = the rest
+// conversion.folder = the path up to and including its last "\"; name = the rest
 // less its last 4 characters. A path without "\" leaves both unchanged.
 void SplitFileName(Program& p, const std::string& path, std::string& name);
 

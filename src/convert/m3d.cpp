@@ -20,7 +20,7 @@ bool IsBondLine(const std::string& line);
 void ConvertFile(Program& p, const std::string& fileName, std::int32_t& lastAtom) {
     if (fileName.empty()) return;
     const std::string outPath = TextBefore(fileName, ".") + ".sxs";  // no "." raises 5
-    p.InputExt = ".M3D";
+    p.conversion.extension = ".M3D";
     DeleteIfExists(p, outPath);
     InputFile in = p.fs.OpenInput(fileName);
     OutputFile out = p.fs.OpenAppend(outPath);

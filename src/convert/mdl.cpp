@@ -29,7 +29,7 @@ std::int32_t FirstFieldValue(const std::string& line);
 void ConvertFile(Program& p, const std::string& fileName) {
     if (fileName.empty()) return;
     const std::string outPath = OutputPath(fileName);
-    p.InputExt = ".MOL";
+    p.conversion.extension = ".MOL";
     DeleteIfExists(p, outPath);
     InputFile in = p.fs.OpenInput(fileName);
     OutputFile out = p.fs.OpenAppend(outPath);

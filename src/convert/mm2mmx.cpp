@@ -52,7 +52,7 @@ bool FindNextX(InputFile& in, double& x);
 }  // namespace
 
 void Main(Program& p, const std::function<void()>& done) {
-    std::string name = p.CurrentFile;
+    std::string name = p.conversion.file;
     DropQuotes(name);
     name = Trim(name);
     ConvertFile(p, name, LCase(Right(name, 2)));
@@ -65,7 +65,7 @@ void ConvertFile(Program& p, const std::string& fileName, const std::string& dia
     std::string title;
     FilCvrt::SplitFileName(p, fileName, title);
     const std::string outPath = TextBefore(fileName, ".") + ".sxs";  // no "." raises 5
-    p.InputExt = Right(fileName, 4);
+    p.conversion.extension = Right(fileName, 4);
     DeleteIfExists(p, outPath);
     InputFile in = p.fs.OpenInput(fileName);
     OutputFile out = p.fs.OpenOutput(outPath);

@@ -13,7 +13,7 @@
 
 namespace ravelo::MM2MMX {
 
-// Converts the file the converter is working on (CurrentFile, quotes
+// Converts the file the converter is working on (conversion.file, quotes
 // dropped, trimmed) in the dialect of its name's last two characters, then
 // calls `done` (the converter window shows "Done" and its files again); an
 // empty name converts nothing and calls nothing.

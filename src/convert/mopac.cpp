@@ -25,7 +25,7 @@ void ConvertFile(Program& p, const std::string& fileName) {
     std::string title;
     FilCvrt::SplitFileName(p, fileName, title);
     const std::string outPath = TextBefore(fileName, ".") + ".sxs";  // no "." raises 5
-    p.InputExt = ".MOP";
+    p.conversion.extension = ".MOP";
     InputFile in = p.fs.OpenInput(fileName);
     // Appended to: converting a listing again adds a second set of records.
     OutputFile out = p.fs.OpenAppend(outPath);

@@ -35,7 +35,7 @@ void ConvertFile(Program& p, const std::string& fileName,
     if (fileName.empty()) return;
     std::string baseName;
     FilCvrt::SplitFileName(p, fileName, baseName);
-    p.InputExt = ".pdb";
+    p.conversion.extension = ".pdb";
     const Header header = ScanHeader(p, fileName, baseName);
 
     if (progress) progress(header.name);
@@ -110,7 +110,7 @@ Header ScanHeader(Program& p, const std::string& fileName, const std::string& ba
             if (!code.empty() && code != baseName) {
                 FilCvrt::CleanMoleculeName(baseName, code);
                 header.name = code;
-                header.outBase = p.SourceDir + code;
+                header.outBase = p.conversion.folder + code;
             }
         }
     }

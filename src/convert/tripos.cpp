@@ -19,7 +19,7 @@ std::string FindAtomSection(InputFile& in);
 void ConvertFile(Program& p, const std::string& fileName) {
     if (fileName.empty()) return;
     const std::string outPath = TextBefore(fileName, ".") + ".sxs";  // no "." raises 5
-    p.InputExt = ".MOL2";
+    p.conversion.extension = ".MOL2";
     InputFile in = p.fs.OpenInput(fileName);
     // The output is appended to, not replaced: converting a file again adds
     // its atoms and end record once more behind the first conversion.

@@ -44,7 +44,7 @@ void ConvertFile(Program& p, const std::string& fileName,
     FilCvrt::SplitFileName(p, fileName, baseName);
     // Cut at the first "." of the whole path, a dot in a folder name included.
     const std::string outPath = TextBefore(fileName, ".") + ".xxs";
-    p.InputExt = ".XCC";
+    p.conversion.extension = ".XCC";
     DeleteIfExists(p, outPath);
     if (progress) progress(baseName);
     WaitSeconds(p, 1.0);

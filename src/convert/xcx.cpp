@@ -23,7 +23,7 @@ void ConvertFile(Program& p, const std::string& fileName) {
     FilCvrt::SplitFileName(p, fileName, baseName);
     // Cut at the first "." of the whole path, a dot in a folder name included.
     const std::string outPath = TextBefore(fileName, ".") + ".xcc";
-    p.InputExt = ".XCX";
+    p.conversion.extension = ".XCX";
     DeleteIfExists(p, outPath);
     {
         InputFile in = p.fs.OpenInput(fileName);

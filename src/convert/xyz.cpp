@@ -31,7 +31,7 @@ void ConvertFile(Program& p, const std::string& fileName) {
     FilCvrt::SplitFileName(p, fileName, title);
     // Cut at the first "." of the whole path, a dot in a folder name included.
     const std::string outPath = TextBefore(fileName, ".") + ".sxs";
-    p.InputExt = ".xyz";
+    p.conversion.extension = ".xyz";
     DeleteIfExists(p, outPath);
 
     // Count pass: stops after the count line, so the atoms follow it; a file

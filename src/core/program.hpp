@@ -68,10 +68,15 @@ public:
     // ends it sets it true.
     bool WaitFlag = true;
 
-    // The converter's values.
-    std::string CurrentFile;     // full path of the file being converted
-    std::string SourceDir;       // its folder, with the trailing "\"
-    std::string InputExt;        // its extension (".xyz"; readers set their own)
+    // What the converter knows of the file it converts. Kept from one
+    // conversion to the next: a typed name without a "." takes the
+    // extension the last reader recorded.
+    struct Conversion {
+        std::string file;        // full path of the file being converted
+        std::string folder;      // its folder, with the trailing "\"
+        std::string extension;   // its extension (".xyz"; readers record their own)
+    };
+    Conversion conversion;
 
     // Utilities by command word ("calculx", "fileconv", ...). A word without
     // an entry is not offered by this build.

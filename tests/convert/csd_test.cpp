@@ -187,7 +187,7 @@ TEST(CsdReader, TheExtensionAfterTheFirstPointChoosesTheReader) {
     t.Write("C:\\d\\a.b.cif", kCell + kAtoms);
     readers::CSD::ConvertFile(p, "C:\\d\\a.b.cif", nullptr);  // extension "b.cif": nothing
     EXPECT_EQ(p.fs.Dir("C:\\d\\*"), std::vector<std::string>{"a.b.cif"});
-    EXPECT_EQ(p.InputExt, ".b.cif");
+    EXPECT_EQ(p.conversion.extension, ".b.cif");
     EXPECT_EQ(test::ErrorOf([&] { readers::CSD::ConvertFile(p, "C:\\d\\nopoint", nullptr); }), 5);
     EXPECT_EQ(test::ErrorOf([&] { readers::CSD::ConvertFile(p, "C:\\d\\missing.cif", nullptr); }), 53);
 }

@@ -57,7 +57,7 @@ TEST(FilCvrtCleaning, TheExtensionRunsFromTheFirstPointOfThePath) {
     TestProgram t;
     t.Write("C:\\data.old\\mol.xyz", "C 1.0\n");
     FilCvrt::PrepareInputFile(t.program(), "C:\\data.old\\mol.xyz");
-    EXPECT_EQ(t.program().InputExt, ".old\\mol.xyz");
+    EXPECT_EQ(t.program().conversion.extension, ".old\\mol.xyz");
     EXPECT_EQ(t.Read("C:\\data.old\\mol.xyz"), "C 1.0\r\n");
     EXPECT_EQ(t.program().fs.Dir("C:\\*"), std::vector<std::string>{});   // no C:\data.tmp, .tnp
 
@@ -72,9 +72,9 @@ TEST(FilCvrtNames, SplitFileNameAndCleanMoleculeName) {
     Program& p = t.program();
     std::string name;
     FilCvrt::SplitFileName(p, "C:\\d\\aspirin.mol", name);
-    EXPECT_EQ(p.SourceDir + "|" + name, "C:\\d\\|aspirin");
+    EXPECT_EQ(p.conversion.folder + "|" + name, "C:\\d\\|aspirin");
     FilCvrt::SplitFileName(p, "x.mol", name);   // no "\": both unchanged
-    EXPECT_EQ(p.SourceDir + "|" + name, "C:\\d\\|aspirin");
+    EXPECT_EQ(p.conversion.folder + "|" + name, "C:\\d\\|aspirin");
     EXPECT_EQ(ErrorOf([&] { FilCvrt::SplitFileName(p, "C:\\d\\abc", name); }), 5);
 
     auto clean = [](const std::string& fallback, std::string n) {

@@ -59,9 +59,9 @@ FileConv::FileConv(Program& p)
 
     File1_.onClick = [this] {
         if (File1_.state.listIndex < 0) return;
-        p_.CurrentFile = File1_.state.path + "\\" + File1_.SelectedItem();
+        p_.conversion.file = File1_.state.path + "\\" + File1_.SelectedItem();
         p_.fs.ChDir(File1_.state.path);
-        if (!p_.CurrentFile.empty()) Command1_.SetCaption("Click Here to Process the Selected File");
+        if (!p_.conversion.file.empty()) Command1_.SetCaption("Click Here to Process the Selected File");
     };
 
     Command1_.onClick = [this] { ConvertByType(p_); };
@@ -179,24 +179,24 @@ void ConvertByType(Program& p) {
         // A quoted name loses its quotes.
         DropQuotes(p.CommandTail);
         p.CommandTail = LCase(Trim(p.CommandTail));
-        p.CurrentFile = p.CommandTail;
+        p.conversion.file = p.CommandTail;
     }
-    if (p.CurrentFile.empty()) return;
+    if (p.conversion.file.empty()) return;
     FileConv& converter = FileConv::Of(p);
     converter.ShowProcessing();
 
     // The file gets a safe name on disk before it is read: blanks, points
     // and commas of the name (folders included) become "_".
-    const std::string extension = LCase(Right(p.CurrentFile, 3));
-    std::string base = DropLast(p.CurrentFile, 4);
+    const std::string extension = LCase(Right(p.conversion.file, 3));
+    std::string base = DropLast(p.conversion.file, 4);
     base = Replace(Replace(Replace(base, " ", "_"), ".", "_"), ",", "_");
     const std::string safeName = base + "." + extension;
-    if (LCase(safeName) != LCase(p.CurrentFile)) {
-        FilCvrt::MoveFile(p, p.CurrentFile, safeName);
-        p.CurrentFile = safeName;
+    if (LCase(safeName) != LCase(p.conversion.file)) {
+        FilCvrt::MoveFile(p, p.conversion.file, safeName);
+        p.conversion.file = safeName;
     }
 
-    p.InputExt = extension;
+    p.conversion.extension = extension;
     // Force-field input files have no window: they are converted here and
     // reported on the FileConv window.
     const formats::FileType* type = formats::TypeOfExtension(extension);
@@ -207,7 +207,7 @@ void ConvertByType(Program& p) {
     const std::string window = ConverterWindowFor(p, extension);
     if (!window.empty()) {
         auto& converterWindow = p.Window<ConverterWindow>(window);
-        converterWindow.fileName = p.CurrentFile;
+        converterWindow.fileName = p.conversion.file;
         p.ui.Show(converterWindow, false);
         return;
     }

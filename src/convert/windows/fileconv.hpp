@@ -59,7 +59,7 @@ namespace ravelo {
 // FileConv window.
 void FileConvStart(Program& p);
 
-// Converts CurrentFile (or the file CommandTail names) by its extension: the
+// Converts conversion.file (or the file CommandTail names) by its extension: the
 // file is first renamed to a safe name, then its converter window is shown.
 void ConvertByType(Program& p);
 
