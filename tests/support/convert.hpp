@@ -3,26 +3,12 @@
 #pragma once
 
 #include <functional>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <filesystem>
 #include <string>
 
 #include "convert/filcvrt.hpp"
 #include "support/test_program.hpp"
 
 namespace ravelo::test {
-
-
-inline void DumpCase(const std::string& kind, const std::string& path, const std::string& bytes, bool clean) {
-    static int n = 0;
-    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-    std::string base = path.substr(path.rfind('\\') + 1);
-    std::string id = std::string(info->test_suite_name()) + "." + info->name() + "." + std::to_string(++n);
-    std::filesystem::create_directories("/tmp/dump");
-    std::ofstream("/tmp/dump/" + id + ".in", std::ios::binary) << bytes;
-    std::ofstream("/tmp/dump/INDEX", std::ios::app) << id << "\t" << kind << "\t" << path << "\t" << clean << "\n";
-}
 
 using Reader = std::function<void(Program&, const std::string&)>;
 
@@ -31,7 +17,6 @@ using Reader = std::function<void(Program&, const std::string&)>;
 // `reader` on it and returns `output` ("" when there is none).
 inline std::string Convert(TestProgram& t, const Reader& reader, const std::string& path,
                            const std::string& bytes, const std::string& output, bool clean = true) {
-    DumpCase("reader", path, bytes, clean);
     t.Write(path, bytes);
     if (clean) FilCvrt::PrepareInputFile(t.program(), path);
     reader(t.program(), path);
@@ -46,7 +31,6 @@ inline std::string DemoAtomTable() {
 // Installs the program, writes `bytes` to C:\d\<name> and runs "fileconv" on
 // it; returns the exit status.
 inline int FileConv(TestProgram& t, const std::string& name, const std::string& bytes) {
-    DumpCase("fileconv", "C:\\d\\" + name, bytes, true);
     t.Install();
     t.Write("C:\\d\\" + name, bytes);
     return t.Run("fileconv C:\\d\\" + name);
