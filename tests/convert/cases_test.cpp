@@ -1,19 +1,11 @@
-// Input files converted as a user converts them, each with its one expected
-// outcome: "fileconv" on the file (a MOPAC listing, .out, is typed into its
-// window instead). Two tables of the same form:
-//   tests/data/edge: each reader's edge cases (count lines, names, line ends,
-//     passes, renames, libraries);
-//   tests/data/bad: malformed input for every reader (cut short, missing
-//     sections, random bytes, numbers beyond every range, a line of 100,000
-//     digits).
-// A table's EXPECTED.tsv gives, per input: "ends normally" or "error N", and
-// every file the program leaves beside the input: "NAME" (its bytes in
-// expected/INPUT/NAME), "NAME empty" (an error puts the files open at that
-// moment in place as they stand), "input gone" (the input was renamed), or
-// "log NAME" (a converter log in TEMP\Ravelo, bytes in expected/INPUT/NAME;
-// unlisted logs other than the status line must be empty). A fourth column
-// says why the case is there. A file that is read without cleaning (a typed
-// listing, a force-field file) must stay as it was.
+// Input files converted as a user converts them ("fileconv"; a MOPAC listing
+// is typed into its window), each with its one outcome. tests/data/edge holds
+// each reader's edge cases, tests/data/bad malformed input for every reader.
+// A table's EXPECTED.tsv gives per input "ends normally" or "error N", every
+// file left beside the input ("NAME": bytes in expected/INPUT/NAME; "NAME
+// empty"; "input gone" when it was renamed; "log NAME": a converter log in
+// TEMP\Ravelo, other logs but the status line being empty) and why the case
+// is there. A file read without cleaning must stay as it was.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -111,7 +103,7 @@ void RunTable(const std::string& name, std::size_t count) {
     }
 }
 
-TEST(Cases, EachReadersEdgeCasesGiveTheirFiles) { RunTable("edge", 70); }
+TEST(Cases, EachReadersEdgeCasesGiveTheirFiles) { RunTable("edge", 82); }
 
 TEST(Cases, EachMalformedFileHasItsOneOutcome) { RunTable("bad", 64); }
 

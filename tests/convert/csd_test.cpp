@@ -16,40 +16,27 @@ namespace {
 
 using test::TestProgram;
 
-// A cubic cell of 10 and three atoms; the name lines go before it.
-const std::string kCell =
+// A cubic cell of 10 and three atoms.
+const std::string kCif =
     "_cell_length_a 10.0\r\n_cell_length_b 10.0\r\n_cell_length_c 10.0\r\n"
-    "_cell_angle_alpha 90\r\n_cell_angle_beta 90\r\n_cell_angle_gamma 90\r\n";
-const std::string kAtoms =
+    "_cell_angle_alpha 90\r\n_cell_angle_beta 90\r\n_cell_angle_gamma 90\r\n"
     "loop_\r\n_atom_site_label\r\n_atom_site_fract_x\r\n_atom_site_fract_y\r\n_atom_site_fract_z\r\n"
     "C1 0.1000 0.2000 0.3000\r\nO1 0.4000 0.5000 0.6000\r\nN1 0.7000 0.8000 0.9000\r\n";
 
-using test::FileConv;
-
-// A CMF file: the code in quotes, lengths and then angles after the first
-// blank, the atom list after its loop header.
-const std::string kCmf =
-    "data_CSD_CIF_ABCDEF\r\n_database_code_CSD 'CSD ABCDEF'\r\n_refine_ls_R_factor_all 0.052\r\n"
-    "_cell_angle_alpha 90\r\n_cell_length_a 7.5\r\n_cell_length_b 8.5\r\n_cell_length_c 9.5\r\n"
-    "_cell_angle_alpha 90\r\n_cell_angle_beta 101.5\r\n_cell_angle_gamma "
-    "?\r\nloop_\r\n_ccdc_atom_site_base\r\n"
-    "1 C1 C 0.12345 0.23456 0.34567\r\n2 O1 O 0.45678 0.56789 0.67890\r\n3 CL1 Cl 0.78901 0.89012 0.90123\r\n"
-    "#END\r\n4 N1 N 0.5 0.5 0.5\r\n";
-
-TEST(CmfReader, TheCounterCountsTheLineThatEndsTheList) {
-    TestProgram direct;
-    Program& p = direct.program();
-    direct.Write("C:\\d\\in.cmf", kCmf);
-    InputFile in = p.fs.OpenInput("C:\\d\\in.cmf");
-    EXPECT_EQ(readers::CSD::CMFFORMAT(p, in, "C:\\d\\in.cmf", nullptr), 4);
-}
-
-TEST(CsdReader, TheExtensionAfterTheFirstPointChoosesTheReader) {
+TEST(CsdReader, TheCmfCounterCountsTheLineThatEndsTheListAndTheExtensionChoosesTheReader) {
     TestProgram t;
+    t.Write("C:\\d\\in.cmf",
+            "data_CSD_CIF_ABCDEF\r\n_database_code_CSD 'CSD ABCDEF'\r\n_cell_length_a 7.5\r\n_cell_length_b 8.5\r\n"
+            "_cell_length_c 9.5\r\n_cell_angle_alpha 90\r\n_cell_angle_beta 101.5\r\n_cell_angle_gamma ?\r\n"
+            "loop_\r\n_ccdc_atom_site_base\r\n1 C1 C 0.12345 0.23456 0.34567\r\n2 O1 O 0.45678 0.56789 0.67890\r\n"
+            "3 CL1 Cl 0.78901 0.89012 0.90123\r\n#END\r\n4 N1 N 0.5 0.5 0.5\r\n");
+    InputFile in = t.program().fs.OpenInput("C:\\d\\in.cmf");
+    EXPECT_EQ(readers::CSD::CMFFORMAT(t.program(), in, "C:\\d\\in.cmf", nullptr), 4);
+    // The extension after the first point chooses the reader.
     Program& p = t.program();
-    t.Write("C:\\d\\a.b.cif", kCell + kAtoms);
-    readers::CSD::ConvertFile(p, "C:\\d\\a.b.cif", nullptr);  // extension "b.cif": nothing
-    EXPECT_EQ(p.fs.Dir("C:\\d\\*"), std::vector<std::string>{"a.b.cif"});
+    t.Write("C:\\e\\a.b.cif", kCif);
+    readers::CSD::ConvertFile(p, "C:\\e\\a.b.cif", nullptr);  // extension "b.cif": nothing
+    EXPECT_EQ(p.fs.Dir("C:\\e\\*"), std::vector<std::string>{"a.b.cif"});
     EXPECT_EQ(p.conversion.extension, ".b.cif");
     EXPECT_EQ(test::ErrorOf([&] { readers::CSD::ConvertFile(p, "C:\\d\\nopoint", nullptr); }), 5);
     EXPECT_EQ(test::ErrorOf([&] { readers::CSD::ConvertFile(p, "C:\\d\\missing.cif", nullptr); }), 53);
@@ -57,24 +44,20 @@ TEST(CsdReader, TheExtensionAfterTheFirstPointChoosesTheReader) {
 
 TEST(CsdWindow, ATypedNameConvertsAsTheCommandLineDoes) {
     // Line feeds only: a typed name is not cleaned first, and reads the same.
-    std::string lf = "_chemical_name_common Aspirin\r\n" + kCell + kAtoms;
+    std::string lf = "_chemical_name_common Aspirin\r\n" + kCif;
     for (std::size_t at; (at = lf.find("\r\n")) != std::string::npos;) lf.erase(at, 1);
-    // Without pauses, so that no command runs inside the conversion's wait.
     TestProgram window("dump CSD\ntext CSD.Text1 C:\\d\\in.cif\nclick CSD.Command1\ndump CSD\n", 0);
     window.Install();
     window.Write("C:\\d\\in.cif", lf);
     EXPECT_EQ(window.Run("", "CSD"), 0);
     TestProgram line;
-    FileConv(line, "in.cif", lf);
+    test::FileConv(line, "in.cif", lf);
     EXPECT_EQ(window.Read("C:\\d\\Aspirin.xcc"), line.Read("C:\\d\\Aspirin.xcc"));
     EXPECT_EQ(window.Read("C:\\d\\Aspirin.cif"), lf);
     const std::string out = window.Output();
-    EXPECT_NE(
-        out.find("CSD.Label1\t1\t-\tCambridge Crystallographic Database Files => Kalmodyn's Data Files\n"),
-        std::string::npos)
-        << out;
-    EXPECT_NE(out.find("CSD.Label3\t1\t-\tEnter the Name of the CSD file\n"), std::string::npos);
-    EXPECT_NE(out.find("CSD.Label5\t1\t-\tConvert another CSD file?\n"), std::string::npos) << out;
+    for (const char* label : {"Label1\t1\t-\tCambridge Crystallographic Database Files => Kalmodyn's Data Files\n",
+                              "Label3\t1\t-\tEnter the Name of the CSD file\n", "Label5\t1\t-\tConvert another CSD file?\n"})
+        EXPECT_NE(out.find(std::string("CSD.") + label), std::string::npos) << label << out;
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 // modeller drives them.
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+
 #include "convert/formats.hpp"
 #include "convert/windows/fileconv.hpp"
 #include "support/test_program.hpp"
@@ -18,22 +20,16 @@ constexpr const char* kWater =
 
 std::string StatLog(TestProgram& t) { return test::ReadHostFile(t.Temp() / "Ravelo" / "RaveloFilConvStat.Txt"); }
 
-TEST(FileConvStart, OneFileIsConvertedAndTheJobLogged) {
-    TestProgram t;
-    t.Install();
-    t.Write("C:\\data\\Water.XYZ", kWater);
-    EXPECT_EQ(t.Run("fileconv C:\\data\\Water.XYZ"), 0);
-    // The name is taken in lower case; the output lies beside the input.
-    EXPECT_EQ(t.Read("C:\\data\\water.sxs"),
-              "0,0,.1173,\"O\",1\r\n0,.7572,-.4692,\"H\",2\r\n0,-.7572,-.4692,\"H\",3\r\n0,0,0,\"water\",4\r\n");
-    EXPECT_EQ(StatLog(t), "\"fileconv terminated\"\r\n");
+// Every line is among the script host's dumps.
+void ExpectShown(const std::string& out, std::initializer_list<std::string> lines) {
+    for (const std::string& line : lines) EXPECT_NE(out.find(line + "\n"), std::string::npos) << line << "\n" << out;
 }
 
-TEST(FileConvStart, CountAfterTheNameRenamesButConvertsNothing) {
+TEST(FileConvStart, AQuotedNameWithACountIsRenamedButNotConverted) {
     TestProgram t;
     t.Install();
     t.Write("C:\\data\\my file.xyz", kWater);
-    EXPECT_EQ(t.Run("fileconv C:\\data\\my file.xyz 2"), 0);
+    EXPECT_EQ(t.Run("fileconv \"C:\\data\\my file.xyz\" 2"), 0);
     EXPECT_FALSE(t.Exists("C:\\data\\my file.xyz"));
     EXPECT_EQ(t.Read("C:\\data\\my_file.xyz"), kWater);
     EXPECT_FALSE(t.Exists("C:\\data\\my_file.sxs"));
@@ -48,32 +44,19 @@ TEST(FileConvStart, WildcardConvertsEveryMatchWithASecondBetween) {
     t.Write("C:\\data\\a.xyz", kWater);
     t.Write("C:\\data\\c.pdb", "not taken\r\n");
     EXPECT_EQ(t.Run("fileconv C:\\data\\*.xyz"), 0);
-    EXPECT_TRUE(t.Exists("C:\\data\\a.sxs"));
-    EXPECT_TRUE(t.Exists("C:\\data\\b.sxs"));
-    EXPECT_FALSE(t.Exists("C:\\data\\c.xxs"));
+    EXPECT_EQ(t.program().fs.Dir("C:\\data\\*"), (std::vector<std::string>{"a.sxs", "a.xyz", "b.sxs", "b.xyz", "c.pdb"}));
     // Per file: a second in the window and a second in the driver.
     EXPECT_EQ(t.clock().millis, 4000u);
-}
-
-TEST(FileConvStart, WildcardMatchingNothingStillLogsTheEnd) {
-    TestProgram t;
-    t.Install();
-    EXPECT_EQ(t.Run("fileconv C:\\data\\*.xyz"), 0);
-    EXPECT_EQ(StatLog(t), "\"fileconv terminated\"\r\n");
-}
-
-TEST(FileConvStart, QuotedNameLosesItsQuotes) {
-    TestProgram t;
-    t.Install();
-    t.Write("C:\\data\\w.xyz", kWater);
-    EXPECT_EQ(t.Run("fileconv \"C:\\data\\w.xyz\""), 0);
-    EXPECT_TRUE(t.Exists("C:\\data\\w.sxs"));
+    // Matching nothing still logs the end.
+    TestProgram none;
+    none.Install();
+    EXPECT_EQ(none.Run("fileconv C:\\data\\*.xyz"), 0);
+    EXPECT_EQ(StatLog(none), "\"fileconv terminated\"\r\n");
 }
 
 TEST(FormatTable, EachExtensionReachesItsReader) {
     TestProgram t;
-    // The extension is the last three characters: ".mol2" is "ol2", which
-    // nothing converts; ".mop" goes to the Tripos reader, never MOPAC's.
+    // The extension is the last three characters (".mol2" is "ol2"); ".mop" goes to Tripos.
     const std::pair<std::string_view, std::string_view> routes[] = {
         {"alc", "Alchemy"}, {"cif", "CSD"}, {"cmf", "CSD"},  {"csd", "CSD"}, {"pdb", "PDB"},   {"ent", "PDB"},
         {"xyz", "XYZ"},     {"xcx", "XCX"}, {"xcc", "XCC"},  {"sch", "Schakal"}, {"m3d", "M3D"}, {"mol", "MDL"},
@@ -84,57 +67,31 @@ TEST(FormatTable, EachExtensionReachesItsReader) {
     EXPECT_TRUE(t.program().HasWindow("MOPAC"));
 }
 
-TEST(ConvertByType, Mol2NameIsRenamedAndNotProcessed) {
-    // The last three characters are the extension: x.mol2 is x_.ol2.
-    TestProgram t;
-    t.Install();
-    t.Write("C:\\data\\x.mol2", "@<TRIPOS>MOLECULE\r\n");
-    EXPECT_EQ(t.Run("fileconv C:\\data\\x.mol2"), 0);
-    EXPECT_FALSE(t.Exists("C:\\data\\x.mol2"));
-    EXPECT_EQ(t.Read("C:\\data\\x_.ol2"), "@<TRIPOS>MOLECULE\r\n");
-}
-
-TEST(FileConvWindow, ListsDrivesFoldersAndFilesAndConvertsThePickedFile) {
-    // Files in the folder: a.txt (index 0) and water.xyz (index 1). Without
-    // pauses, so that no command runs inside the conversion's wait.
-    TestProgram t("dump FileConv\n"
-                  "pick FileConv.File1 1\n"
-                  "dump FileConv\n"
-                  "click FileConv.Command1\n"
-                  "dump FileConv\n",
+TEST(FileConvWindow, ListsDrivesFoldersAndFilesConvertsThePickedFileAndBrowses) {
+    // Files: a.txt (index 0) and water.xyz (index 1). Without pauses, so
+    // that no command runs inside the conversion's wait.
+    TestProgram t("dump FileConv\npick FileConv.File1 1\ndump FileConv\nclick FileConv.Command1\ndump FileConv\n"
+                  "pick FileConv.Dir1 1\ndump FileConv\npick FileConv.Dir1 0\npick FileConv.Drive1 0\ndump FileConv\n",
                   0);
     t.Install();
     t.Write("C:\\data\\water.xyz", kWater);
     t.Write("C:\\data\\a.txt", "12345678");
-    t.Write("C:\\data\\sub\\x.txt", "12345678");
+    t.Write("C:\\data\\sub\\inner.xyz", "12345678");
     t.program().fs.ChDir("C:\\data");
     EXPECT_EQ(t.Run("fileconv"), 0);
-    const std::string out = t.Output();
-    EXPECT_NE(out.find("FileConv.Drive1\t1\t-\tc:|z:\n"), std::string::npos) << out;
-    EXPECT_NE(out.find("FileConv.Dir1\t1\t-\t..|sub\n"), std::string::npos) << out;
-    EXPECT_NE(out.find("FileConv.File1\t1\t-\ta.txt|water.xyz\n"), std::string::npos) << out;
-    EXPECT_NE(out.find("FileConv.Label2\t1\t-\tIdentify the target file using the directory explorer below, "
-                       "and then click the go button.\n"),
-              std::string::npos);
-    EXPECT_NE(out.find("FileConv.Command1\t1\t-\tClick Here to Process the Selected File\n"), std::string::npos);
-    // After the conversion the list shows the new file and the button its prompt.
-    EXPECT_NE(out.find("FileConv.File1\t1\t-\ta.txt|water.sxs|water.xyz\n"), std::string::npos) << out;
-    EXPECT_NE(out.find("FileConv.Command1\t1\t-\tSelect a File Above to Process\n"), std::string::npos);
+    ExpectShown(t.Output(), {"FileConv.Drive1\t1\t-\tc:|z:", "FileConv.Dir1\t1\t-\t..|sub",
+                             "FileConv.File1\t1\t-\ta.txt|water.xyz",
+                             "FileConv.Label2\t1\t-\tIdentify the target file using the directory explorer below, "
+                             "and then click the go button.",
+                             "FileConv.Command1\t1\t-\tClick Here to Process the Selected File",
+                             // After the conversion: the new file, and the button's prompt.
+                             "FileConv.File1\t1\t-\ta.txt|water.sxs|water.xyz",
+                             "FileConv.Command1\t1\t-\tSelect a File Above to Process",
+                             // In sub, then drive c: at its root (the installation's folders).
+                             "FileConv.File1\t1\t-\tinner.xyz", "FileConv.Dir1\t1\t-\tdata|dmor|programdata|ravelo"});
     EXPECT_TRUE(t.Exists("C:\\data\\water.sxs"));
     // The window closed with the script: nothing logs a command-line job.
     EXPECT_EQ(StatLog(t), "");
-}
-
-TEST(FileConvWindow, FoldersAreBrowsedFromTheLists) {
-    TestProgram t("pick FileConv.Dir1 1\ndump FileConv\npick FileConv.Dir1 0\npick FileConv.Drive1 0\ndump FileConv\n");
-    t.Install();
-    t.Write("C:\\data\\sub\\inner.xyz", kWater);
-    t.program().fs.ChDir("C:\\data");
-    t.Run("fileconv");
-    const std::string out = t.Output();
-    EXPECT_NE(out.find("FileConv.File1\t1\t-\tinner.xyz\n"), std::string::npos) << out;
-    // Drive c: at its root: the installation's folders.
-    EXPECT_NE(out.find("FileConv.Dir1\t1\t-\tdata|dmor|programdata|ravelo\n"), std::string::npos) << out;
 }
 
 TEST(FileConvWindow, UnknownTypeIsSaidForFiveSeconds) {
@@ -144,9 +101,7 @@ TEST(FileConvWindow, UnknownTypeIsSaidForFiveSeconds) {
     t.Write("C:\\data\\notes.txt", "12345678");
     t.program().fs.ChDir("C:\\data");
     t.Run("fileconv");
-    EXPECT_NE(t.Output().find("FileConv.Label2\t1\t-\tSorry, this file type is not among those currently "
-                              "processed.\n"),
-              std::string::npos);
+    ExpectShown(t.Output(), {"FileConv.Label2\t1\t-\tSorry, this file type is not among those currently processed."});
     EXPECT_GE(t.clock().millis, 5000u);
     // Then the prompt is back.
     EXPECT_EQ(t.program().Window("FileConv")["Label2"].Caption(), kIdentifyFilePrompt);
@@ -158,16 +113,12 @@ TEST(ConverterWindow, WithoutANameItAsksAndConvertsATypedName) {
     t.Write("C:\\data\\w.xyz", kWater);
     EXPECT_EQ(t.Run("", "XYZ"), 0);
     const std::string out = t.Output();
-    EXPECT_NE(out.find("XYZ.Label1\t1\t-\tXYZ Structural Data Files => Kalmodyn's Data Files\n"), std::string::npos);
-    EXPECT_NE(out.find("XYZ.Label3\t1\t-\tEnter the XYZ file's Name\n"), std::string::npos);
-    EXPECT_NE(out.find("XYZ.Command3\t0\t-\tYES\n"), std::string::npos);
+    ExpectShown(out, {"XYZ.Label1\t1\t-\tXYZ Structural Data Files => Kalmodyn's Data Files",
+                      "XYZ.Label3\t1\t-\tEnter the XYZ file's Name", "XYZ.Command3\t0\t-\tYES"});
     // After the conversion: only YES and EXIT, and the question.
-    const std::string after = out.substr(out.find("END\n") + 4);
-    EXPECT_NE(after.find("XYZ.Command1\t0\t-\tConvert\nXYZ.Command2\t0\t-\tCancel\nXYZ.Command3\t1\t-\tYES\n"
-                         "XYZ.Command4\t1\t-\tEXIT\n"),
-              std::string::npos)
-        << after;
-    EXPECT_NE(after.find("XYZ.Label5\t1\t-\tConvert another XYZ file?\n"), std::string::npos);
+    ExpectShown(out.substr(out.find("END\n") + 4),
+                {"XYZ.Command1\t0\t-\tConvert\nXYZ.Command2\t0\t-\tCancel\nXYZ.Command3\t1\t-\tYES\nXYZ.Command4\t1\t-\tEXIT",
+                 "XYZ.Label5\t1\t-\tConvert another XYZ file?"});
     EXPECT_TRUE(t.Exists("C:\\data\\w.sxs"));
 }
 
@@ -175,7 +126,7 @@ TEST(ConverterWindow, CancelClearsTheName) {
     TestProgram t("text MDL.Text1 C:\\nothing.mol\nclick MDL.Command2\ndump MDL\n");
     t.Install();
     t.Run("", "MDL");
-    EXPECT_NE(t.Output().find("MDL.Text1\t1\t-\t\n"), std::string::npos);
+    ExpectShown(t.Output(), {"MDL.Text1\t1\t-\t"});
 }
 
 }  // namespace

@@ -1,12 +1,13 @@
 // The converter's shared routines: cleaning an input in place, names, number
 // text, coordinates, element symbols, titles, rounding, records and the check
-// of a written file. Expected values are worked out by hand from the rules.
+// of a written file. The tables of cases are rows of tests/data/filcvrt.tsv.
 #include "convert/filcvrt.hpp"
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
-#include <utility>
+#include <tuple>
 #include <vector>
 
 #include "support/error_of.hpp"
@@ -18,36 +19,40 @@ namespace {
 using test::ErrorOf;
 using test::TestProgram;
 
+// The rows of tests/data/filcvrt.tsv for one routine, the escapes read.
+std::vector<std::vector<std::string>> Rows(const std::string& routine) {
+    std::vector<std::vector<std::string>> rows;
+    std::istringstream lines(test::ReadHostFile(std::string(RAVELO_TEST_DATA) + "/filcvrt.tsv"));
+    for (std::string line; std::getline(lines, line);) {
+        if (line.empty() || line[0] == '#') continue;
+        std::vector<std::string> fields(1);
+        for (std::size_t i = 0; i < line.size(); ++i) {
+            char c = line[i];
+            if (c == '\t') {
+                fields.emplace_back();
+                continue;
+            }
+            if (c == '\\' && line[++i] == 'x') {
+                c = static_cast<char>(std::stoi(line.substr(i + 1, 2), nullptr, 16));
+                i += 2;
+            } else if (c == '\\') {
+                c = line[i] == 't' ? '\t' : line[i] == 'r' ? '\r' : line[i] == 'n' ? '\n' : line[i];
+            }
+            fields.back() += c;
+        }
+        if (fields[0] == routine) rows.emplace_back(fields.begin() + 1, fields.end());
+    }
+    return rows;
+}
+
 TEST(FilCvrtCleaning, LineEndScanAndRebuild) {
-    struct Case {
-        const char* in;
-        bool ok;   // the line ends passed the scan
-        const char* out;
-    };
-    const Case cases[] = {
-        {"3\r\nwater\r\nO 0.1\r\n", true, "3\r\nwater\r\nO 0.1\r\n"},
-        {"A\nB\n", false, "A\r\nB\r\n"},          // bare line feeds
-        {"A\r\n\r\nB\r\n", false, "A\r\nB\r\n"},  // an empty line
-        // CR (1), "B" taken unseen, CR LF (3): fails.
-        {"A\rB\r\n", false, "A\r\nB\r\n"},
-        // The tab after a CR is taken unseen: passes, and the tab stays.
-        {"A\r\tB\r\n", true, "A\r\n\tB\r\n"},
-        {"A\r\nB\r", true, "A\r\nB\r\n"},        // CR at the end passes
-        {"A\r\nB\r\n\r", false, "A\r\nB\r\n"},    // CR LF CR: 3
-        // Tab -> blank, \xe9 dropped, a run of control bytes -> one break.
-        {"\tC\x01\x02x\xe9y\n", false, " C\r\nxy\r\n"},
-        // The tab written as a blank ends the run: a line of one blank stays.
-        {"A\n\t\nB", false, "A\r\n \r\nB\r\n"},
-        // "==END" takes two rounds; "<<i>i>" keeps "<i>"; "</<i>i>" and
-        // "<i></i>" end up empty and go.
-        {"x==END\r\n<i>C</i> 1.0\r\n<<i>i>\r\n</<i>i>\r\n<i></i>\r\n", true, "xEND\r\nC 1.0\r\n<i>\r\n"},
-        {"", true, ""},
-    };
-    for (const Case& c : cases) {
+    const auto rows = Rows("lineends");
+    ASSERT_EQ(rows.size(), 11u);
+    for (const auto& row : rows) {
         TestProgram t;
-        t.Write("C:\\d\\mol.xyz", c.in);
-        EXPECT_EQ(FilCvrt::PrepareInputFile(t.program(), "C:\\d\\mol.xyz"), c.ok) << c.in;
-        EXPECT_EQ(t.Read("C:\\d\\mol.xyz"), c.out) << c.in;
+        t.Write("C:\\d\\mol.xyz", row[0]);
+        EXPECT_EQ(FilCvrt::PrepareInputFile(t.program(), "C:\\d\\mol.xyz"), row[1] == "1") << row[3];
+        EXPECT_EQ(t.Read("C:\\d\\mol.xyz"), row[2]) << row[3];
         // The .tmp and .tnp work files are gone again.
         EXPECT_EQ(t.program().fs.Dir("C:\\d\\*"), std::vector<std::string>{"mol.xyz"});
     }
@@ -77,116 +82,48 @@ TEST(FilCvrtNames, SplitFileNameAndCleanMoleculeName) {
     EXPECT_EQ(p.conversion.folder + "|" + name, "C:\\d\\|aspirin");
     EXPECT_EQ(ErrorOf([&] { FilCvrt::SplitFileName(p, "C:\\d\\abc", name); }), 5);
 
-    auto clean = [](const std::string& fallback, std::string n) {
-        FilCvrt::CleanMoleculeName(fallback, n);
-        return n;
-    };
-    EXPECT_EQ(clean("base", "  my mol.v2,x "), "my_mol_v2_x");
-    EXPECT_EQ(clean(" base ", "123"), "base");   // a number, the fallback none
-    EXPECT_EQ(clean("12", "456"), "456");
-    EXPECT_EQ(clean("base", "0.5"), "0_5");      // tested as "0_5": reads 0
-    EXPECT_EQ(clean("base", "1.5"), "base");     // "1_5" reads 1
-    EXPECT_EQ(clean(" base ", "   "), "base");
-    EXPECT_EQ(clean("base", std::string(40, 'a')), std::string(40, 'a'));
-    EXPECT_EQ(clean("base", std::string(41, 'a')), "base");
+    const auto rows = Rows("name");
+    ASSERT_EQ(rows.size(), 8u);
+    for (auto row : rows) {
+        FilCvrt::CleanMoleculeName(row[0], row[1]);
+        EXPECT_EQ(row[1], row[2]) << row[3];
+    }
 }
 
 TEST(FilCvrtNumbers, CleanNumericLine) {
-    const std::pair<const char*, const char*> cases[] = {
-        {" UNK 0 1.5(2) ? ", " UNK 0 1.5(2) ? "},
-        // " 0 " -> "  0.0000 ", " .0 " -> "  0.0000 ", " 0.0 " -> " 0.0000  ".
-        {"A 0 B", "A  0.0000 B"},
-        {"C 0 0 0", "C  0.0000  0.0000  0.0000"},   // neighbours share a blank
-        {"A .0 B", "A  0.0000 B"},
-        {"A 0.0 B", "A 0.0000  B"},
-        {"0 1", "0 1"},
-        // Padding goes after the number; ".1234" (5 characters) is not short.
-        {"-0.3", "-0.30000"},
-        {"C -0.3 1.25 1.123 1.1234", "C -0.30000  1.250000  1.1230000  1.1234"},
-        {"dot. x", "dot.0000  x"},
-        // Brackets: "000 " after a "." anywhere before, else three blanks.
-        {"HG 1.2345(6) 2.5 3.75", "HG 1.2345000  2.50000  3.750000"},
-        {"12(3)", "12"},
-        {"X 12(3) Y", "X 12    Y"},
-        {"7(1) 2.5(3) 4(2)", "7    2.5000  4000"},
-        {"1.5(2", "1.5(20000"},   // ".5(2" is short; no ")" stops the removal
-        // Tabs to three blanks, then " (" -> "(", " . " -> " ", "?" -> " ".
-        {"C\t1.5 (2)\t?", "C   1.5000"},
-        {"a . b", "a b"},
-        // Whole atom lines: every rule's mark also late in a long line. A "U"
-        // of GLU is not UNK.
-        {"ATOM      1  CD  GLU A   1      11.104   6.134  -6.504",
-         "ATOM      1  CD  GLU A   1      11.1040000    6.1340000   -6.5040000"},
-        {"ATOM      2  CA  UNK A   1      11.104   6.134  -6.504",
-         "ATOM      2  CA  UNK A   1      11.104   6.134  -6.504"},
-        {"ATOM      3  O   HOH A   1      12.5         0  -6.50",
-         "ATOM      3  O   HOH A   1      12.50000           0.0000  -6.500000"},
-        {"ATOM      4  C   LIG A   1      1.5(2)  2.25?   3", "ATOM      4  C   LIG A   1      1.5000   2.250000     3"},
-    };
-    for (const auto& [in, out] : cases) {
-        std::string line = in;
+    const auto rows = Rows("numbers");
+    ASSERT_EQ(rows.size(), 20u);
+    for (const auto& row : rows) {
+        std::string line = row[0];
         FilCvrt::CleanNumericLine(line);
-        EXPECT_EQ(line, out) << in;
+        EXPECT_EQ(line, row[1]) << row[2];
     }
 }
 
 TEST(FilCvrtCoordinates, ReadCoordinates) {
-    struct Case {
-        FilCvrt::SourceType type;
-        const char* line;
-        const char* rest;   // the lines after it in the file
-        std::vector<double> xyz;
-        const char* lineAfter;
-    };
+    const auto rows = Rows("coordinates");
+    ASSERT_EQ(rows.size(), 8u);
     using enum FilCvrt::SourceType;
-    const Case cases[] = {
-        // Numbers without a point before the coordinates are passed over.
-        {Plain, "1 C 6 1.5 -2.25 3.0 9.5", "", {1.5, -2.25, 3.0}, "1 C 6 1.5 -2.25 3.0 9.5"},
-        // Short lines continue on the next ones; the line is the last one read.
-        {Labelled, "C1 1.5", "  7 8  \r\n  2.5 3.5  \r\nC2 9.9 9.9 9.9\r\n", {1.5, 2.5, 3.5}, "2.5 3.5"},
-        // "dot." is the first item with a point and reads 0.
-        {Plain, "a comment with a dot. and more", "CA 1.000 2.000 3.000\r\n", {0, 1, 2}, "CA 1.000 2.000 3.000"},
-        // At the end of the file a missing number reads 0.
-        {Plain, "C 1.5", "  tail  \r\n", {1.5, 0, 0}, "tail"},
-        {Plain, "no numbers", "", {0, 0, 0}, "no numbers"},
-        // XCX lines: the three items after the label.
-        {Xcx, "  Fe1   0.5  -1   2e1 7.5 ", "9.9 9.9 9.9\r\n", {0.5, -1, 20}, "Fe1   0.5  -1   2e1 7.5"},
-        {Xcx, "O1 1", "", {1, 0, 0}, "O1 1"},
-        {Plain, "Fe1 0.5 -1 2", "", {0.5, 0, 0}, "Fe1 0.5 -1 2"},
-    };
-    for (const Case& c : cases) {
-        InputFile in(MemorySource(c.rest));
-        std::string line = c.line;
+    for (const auto& row : rows) {
+        InputFile in(MemorySource(row[2]));
+        std::string line = row[1];
         double x = -1, y = -1, z = -1;
-        FilCvrt::ReadCoordinates(c.type, in, line, x, y, z);
-        EXPECT_EQ(std::vector<double>({x, y, z}), c.xyz) << c.line;
-        EXPECT_EQ(line, c.lineAfter) << c.line;
+        FilCvrt::ReadCoordinates(row[0] == "Xcx" ? Xcx : row[0] == "Labelled" ? Labelled : Plain, in, line, x, y, z);
+        std::istringstream want(row[3]);
+        double wx, wy, wz;
+        want >> wx >> wy >> wz;
+        EXPECT_EQ(std::vector<double>({x, y, z}), std::vector<double>({wx, wy, wz})) << row[5];
+        EXPECT_EQ(line, row[4]) << row[5];
     }
 }
 
 TEST(FilCvrtSymbols, GetElementSymbol) {
-    struct Case {
-        const char* ext;
-        const char* label;
-        const char* symbol;
-    };
-    const Case cases[] = {
-        // Position letters A to D after C, H, O in protein and crystal files.
-        {".pdb", "CA", "C"}, {".xyz", "CA", "Ca"}, {".pdb", "CD2", "C"}, {".mol", "CD2", "Cd"},
-        {".ent", "HD1", "H"}, {".cif", "OD1", "O"}, {".CSD", "CA", "C"}, {".pdb", "Ca", "Ca"},
-        {".cif", "CL1", "Cl"}, {".pdb", "CU", "Cu"}, {".pdb", "HO", "Ho"},
-        // The type is matched as a piece of ".ENT.PDB.CSD.CIF".
-        {"", "CA", "C"}, {".cs", "CA", "C"}, {".pdbx", "CA", "Ca"},
-        // Two letters only when they name an element.
-        {".pdb", "NA", "Na"}, {".xyz", "CX", "C"}, {".pdb", "HG", "Hg"}, {".xyz", "br", "Br"},
-        {".xyz", "C 1.0", "C"}, {".xyz", "N1", "N"},
-        // Leading non-letters are skipped; codes 91 to 96 count as letters.
-        {".xyz", "12ca", "Ca"}, {".xyz", "123", ""}, {".xyz", "", ""}, {".xyz", "3_C", "_"},
-    };
-    for (const Case& c : cases) {
-        std::string label = c.label, symbol = "old";
-        FilCvrt::GetElementSymbol(FilCvrt::SourceTypeOf(c.ext), label, symbol);
-        EXPECT_EQ(symbol, c.symbol) << c.ext << " " << c.label;
+    const auto rows = Rows("symbol");
+    ASSERT_EQ(rows.size(), 24u);
+    for (const auto& row : rows) {
+        std::string label = row[1], symbol = "old";
+        FilCvrt::GetElementSymbol(FilCvrt::SourceTypeOf(row[0]), label, symbol);
+        EXPECT_EQ(symbol, row[2]) << row[0] << " " << row[1] << ": " << row[3];
     }
     std::string label = "  Cl1  ", symbol;
     FilCvrt::GetElementSymbol(FilCvrt::SourceType::Plain, label, symbol);
@@ -198,15 +135,11 @@ TEST(FilCvrtRounding, HalvesToEvenBelowTheLongLimit) {
         FilCvrt::RoundToPlaces(value, places);
         return value;
     };
-    EXPECT_EQ(rounded(2.5, 0), 2);
-    EXPECT_EQ(rounded(3.5, 0), 4);
-    EXPECT_EQ(rounded(-2.5, 0), -2);
-    EXPECT_EQ(rounded(0.375, 2), 0.38);   // 37.5 -> 38 (exact in binary)
-    EXPECT_EQ(rounded(0.625, 2), 0.62);   // 62.5 -> 62
-    EXPECT_EQ(rounded(1234, -2), 1200);
-    EXPECT_EQ(rounded(2147483646.5, 0), 2147483646);
-    EXPECT_EQ(rounded(2147483647.5, 0), 2147483647.5);   // at the limit: unchanged
-    EXPECT_EQ(rounded(214748364.75, 1), 214748364.75);   // scaled 2147483647.5
+    // 0.375 and 0.625 are exact in binary; 2147483647.5 (also scaled) is at the limit: unchanged.
+    const std::tuple<double, std::int32_t, double> cases[] = {
+        {2.5, 0, 2}, {3.5, 0, 4}, {-2.5, 0, -2}, {0.375, 2, 0.38}, {0.625, 2, 0.62}, {1234, -2, 1200},
+        {2147483646.5, 0, 2147483646}, {2147483647.5, 0, 2147483647.5}, {214748364.75, 1, 214748364.75}};
+    for (const auto& [value, places, want] : cases) EXPECT_EQ(rounded(value, places), want) << value << " " << places;
     EXPECT_EQ(ErrorOf([&] { rounded(1e300, 10); }), 6);
 }
 

@@ -1,13 +1,12 @@
-// What the tables of edge cases (tests/data/edge) cannot show of the plain
-// readers: conversions repeated in one program (appends, replacements, the
-// numbers a window carries), typed names without a folder or a point,
-// outputs beyond the input's folder, atom bounds, progress texts, and the
-// windows that convert a typed name.
+// What the edge-case table cannot show of the plain readers: repeated
+// conversions in one program, typed names without a folder or a point,
+// outputs beyond the input's folder, bounds, progress, typed-name windows.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "convert/alchemy.hpp"
@@ -185,29 +184,26 @@ TEST(Readers, APdbEntryCodeThatDiffersOnlyInCaseKeepsTheInputAndShowsTheCode) {
 // cleaned), the output is the command line's, and the window asks for
 // another.
 TEST(Readers, WindowsConvertATypedNameAsTheCommandLineDoes) {
-    struct Case {
-        std::string window, path, input, output, want;
-    };
-    const Case cases[] = {
-        {"XCC", "C:\\d\\s.xcc", "10,10,10,\"w\"\r\n90,90,90,\"+\"\r\n.1,.2,.3,\"C\"\r\n.4,.5,.6,\"O\"\r\n.7,.8,.9,\"N\"\r\n",
-         "C:\\d\\s.xxs", "1,2,3,\"C\",1\r\n4,5,6,\"O\",2\r\n7,8,9,\"N\",3\r\n0,0,0,\"#w\",4\r\n"},
-        {"XCX", "C:\\d\\q.xcx", "10,12,14,\"q.xcx\"\r\n90,90,120,S1.0\r\nSi1 .4697 0 0\r\nO1 .4135 .2669 .1191\r\nO2 .2669 .4135 -.1191\r\n"
-         "X9 1 2 3\r\nO3 .5 .5 .5\r\n",
-         "C:\\d\\q.xcc",
-         "10,12,14,\"q.xcx\"\r\n90,90,120,S1.0\r\n.4697,0,0,\"Si\"\r\n.4135,.2669,.1191,\"O\"\r\n.2669,.4135,-.1191,\"O\"\r\n"},
-        // The title keeps the typed name's case.
-        {"MOPAC", "C:\\data\\Run.Out", kListing, "C:\\data\\Run.sxs", "-1.111111111,2.222222222,-3.333333333,\"Cl\",5\r\n4.444444444,-5.555555555,6.666666666,\"Fe\",6\r\n"
-                    "7.777777777,8.888888888,9.999999999,\"H\",8\r\n0,0,0,\"Run\",9\r\n"},
-    };
-    for (const Case& c : cases) {
-        TestProgram t("text " + c.window + ".Text1 " + c.path + "\nclick " + c.window + ".Command1\ndump " + c.window + "\n", 0);
+    const std::string edge = std::string(RAVELO_TEST_DATA) + "/edge/";
+    // Inputs from the edge-case table; a listing's title keeps the typed case.
+    const std::tuple<std::string, std::string, std::string> cases[] = {
+        {"XCC", "xcc_round1.xcc", "xcc_round1.xxs"}, {"XCX", "xcx_scale1.xcx", "xcx_scale1.xcc"},
+        {"MOPAC", "Run.Out", "Run.sxs"}};
+    for (const auto& [window, name, output] : cases) {
+        const std::string path = "C:\\d\\" + name;
+        TestProgram t("text " + window + ".Text1 " + path + "\nclick " + window + ".Command1\ndump " + window + "\n", 0);
         t.Install();
-        t.Write(c.path, c.input);
-        EXPECT_EQ(t.Run("", c.window), 0) << c.window;
-        EXPECT_EQ(t.Read(c.output), c.want) << c.window;
-        EXPECT_EQ(t.Read(c.path), c.input) << c.window;
-        EXPECT_NE(t.Output().find(c.window + ".Label5\t1\t-\tConvert another " + c.window + " file?\n"), std::string::npos)
-            << t.Output();
+        const std::string input = window == "MOPAC" ? kListing : test::ReadHostFile(edge + name);
+        t.Write(path, input);
+        EXPECT_EQ(t.Run("", window), 0) << window;
+        EXPECT_EQ(t.Read("C:\\d\\" + output),
+                  window == "MOPAC" ? "-1.111111111,2.222222222,-3.333333333,\"Cl\",5\r\n4.444444444,-5.555555555,"
+                                      "6.666666666,\"Fe\",6\r\n7.777777777,8.888888888,9.999999999,\"H\",8\r\n"
+                                      "0,0,0,\"Run\",9\r\n"
+                                    : test::ReadHostFile(edge + "expected/" + name + "/" + output))
+            << window;
+        EXPECT_EQ(t.Read(path), input) << window;
+        EXPECT_NE(t.Output().find(window + ".Label5\t1\t-\tConvert another " + window + " file?\n"), std::string::npos);
     }
 }
 

@@ -1,5 +1,5 @@
-// The shared routines: file existence, waits, the shell, paths, TEMP and
-// deleting by command.
+// The shared routines: file existence, waits, the shell, paths, TEMP,
+// deleting by command and the converter logs.
 #include <gtest/gtest.h>
 
 #include <tuple>
@@ -52,8 +52,7 @@ TEST(WaitSeconds, BelowTenIsSecondsFromTenOnMillisecondsNegativeAtOnceAndScaleZe
     }
 }
 
-// A window with a button that ends an untimed wait, as the program's
-// buttons do.
+// A window whose button ends an untimed wait, as the program's buttons do.
 class StopButton : public ui::Form {
 public:
     explicit StopButton(Program& p) : Form(p.ui, "Stopper", "Stopper") {
@@ -61,7 +60,7 @@ public:
     }
 };
 
-TEST(WaitSeconds, ZeroAndMinusHundredWaitForTheFlag) {
+TEST(WaitSeconds, ZeroAndMinusHundredWaitForTheFlagOrEndTheProgramWhenNothingIsLeftToHappen) {
     for (double seconds : {0.0, -100.0}) {
         TestProgram t("click Stopper\nclick Stopper.Command1\n");
         StopButton form(t.program());
@@ -69,12 +68,8 @@ TEST(WaitSeconds, ZeroAndMinusHundredWaitForTheFlag) {
         EXPECT_TRUE(WaitSeconds(t.program(), seconds));
         EXPECT_TRUE(t.program().WaitFlag);
         form.Unload();
+        EXPECT_THROW(WaitSeconds(t.program(), seconds), ProgramEnd);
     }
-}
-
-TEST(WaitSeconds, UntimedWaitWithNothingLeftToHappenEndsTheProgram) {
-    TestProgram t;
-    EXPECT_THROW(WaitSeconds(t.program(), 0), ProgramEnd);
 }
 
 TEST(RunAndWait, WaitsForTheCommandToFinish) {
@@ -97,9 +92,7 @@ TEST(GetFilePath, KeepsTheDirectoryWithItsBackslash) {
 
 TEST(CountMatchingFiles, CountsWildcardMatchesInAnyCase) {
     TestProgram t;
-    t.Write("C:\\d\\a.PDB", "x");
-    t.Write("C:\\d\\b.pdb", "x");
-    t.Write("C:\\d\\c.xyz", "x");
+    for (const char* name : {"a.PDB", "b.pdb", "c.xyz"}) t.Write(std::string("C:\\d\\") + name, "x");
     EXPECT_EQ(CountMatchingFiles(t.program(), "C:\\d\\*.pdb"), 2);
     EXPECT_EQ(CountMatchingFiles(t.program(), "C:\\d\\?.*"), 3);
     EXPECT_EQ(CountMatchingFiles(t.program(), "C:\\none\\*.*"), 0);
@@ -127,20 +120,15 @@ TEST(DeleteFileByCommand, DeletesAFileOrEveryMatchQuotesRemoved) {
     EXPECT_EQ(t.Run("ravelodelfile \"C:\\d\\single file.sxs\""), 0);
     EXPECT_FALSE(t.Exists("C:\\d\\single file.sxs"));
     EXPECT_TRUE(t.Exists("C:\\d\\one.tmp"));
-
-    TestProgram again;
-    again.Install();
-    for (const char* name : {"one.tmp", "two.tmp", "keep.txt"}) again.Write(std::string("C:\\d\\") + name, "x");
-    EXPECT_EQ(again.Run("ravelodelfile C:\\d\\*.TMP"), 0);
-    EXPECT_FALSE(again.Exists("C:\\d\\one.tmp") || again.Exists("C:\\d\\two.tmp"));
-    EXPECT_TRUE(again.Exists("C:\\d\\keep.txt"));
-    EXPECT_EQ(again.Run("ravelodelfile C:\\d\\none.tmp"), 0);  // a file that is not there is no error
+    EXPECT_EQ(t.Run("ravelodelfile C:\\d\\*.TMP"), 0);
+    EXPECT_FALSE(t.Exists("C:\\d\\one.tmp") || t.Exists("C:\\d\\two.tmp"));
+    EXPECT_TRUE(t.Exists("C:\\d\\keep.txt"));
+    EXPECT_EQ(t.Run("ravelodelfile C:\\d\\none.tmp"), 0);  // a file that is not there is no error
 }
 
 TEST(ConverterLogs, StartUpClearsThemAndTheStatLineNamesTheWord) {
     TestProgram t;
     t.Install();
-    t.Write("C:\\x\\placeholder", "");
     const auto logs = t.Temp() / "Ravelo";
     test::WriteHostFile(logs / "RaveloFilConvN.Txt", "\"old entry\"\r\n");
     test::WriteHostFile(logs / "RaveloFilConvStat.Txt", "\"fileconv terminated\"\r\n");

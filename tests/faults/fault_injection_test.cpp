@@ -1,10 +1,7 @@
-// Crash safety of every file the program writes. A test build ends the
-// process at its N-th file operation when RAVELO_FAULT_AFTER=N (an open, a
-// write, a rename, a delete, a copy), or with RAVELO_FAULT_KIND=diskfull
-// finds the disk full from its N-th write on. Each step of a job runs once
-// for every N until it completes; after every run cut short each file must
-// be as before, as the finished step leaves it, or (when the step removes
-// it) gone, and no other file may be there.
+// Crash safety of every file the program writes: each step of a job runs
+// once for every N until it completes, ended at its N-th file operation
+// (RAVELO_FAULT_AFTER=N) or finding the disk full from its N-th write on
+// (RAVELO_FAULT_KIND=diskfull); what every cut-short run leaves must pass Faults.
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -20,14 +17,10 @@ namespace fs = std::filesystem;
 
 const fs::path kData = RAVELO_TEST_DATA;
 
-// Far more operations than any job here performs: a job still cut short
-// here has stopped finishing.
-constexpr int kMaxOperations = 2000;
-// The exit status of a run-time error on a host without a window.
+constexpr int kMaxOperations = 2000;   // far more than any job here performs
 constexpr int kRunTimeErrorStatus = 3;
 
-// A pending file's name with its process id left out, so that one fault
-// reads the same at every N.
+// A pending file's name without its process id: one fault reads the same at every N.
 std::string WithoutProcessId(std::string fault) {
     if (const auto at = fault.find(".ravelo-tmp-"); at != std::string::npos) {
         const auto from = at + 12;
@@ -37,18 +30,6 @@ std::string WithoutProcessId(std::string fault) {
 }
 
 std::string Corpus(const std::string& name) { return ReadHostFile(kData / "corpus" / name); }
-
-// Small files of the readers the corpus holds no example of, with LF line
-// ends for the cleaning to rewrite.
-const std::pair<const char*, const char*> kSmallInputs[] = {
-    {"q.xcx", "10,12,14,\"q.xcx\"\n90,90,120,S1.0\nSi1 .4697 0 0\nO1 .4135 .2669 .1191\nO2 .2669 .4135 -.1191\nX9 1 2 3\n"},
-    {"cell.sch", "TITLE x\nATOM FE1 0.25 0.5 0.75 1\nATOM O 1.0 1.0 1.0 2\nATOM O 0.5 1.0 1.0 3\n"},
-    {"ring.m3d", "M3D 1.0\nNAME ring\n3 C 1.1111 2.2222 3.3333\n5 Cl -4.4444 5.5555 -6.6666\n"
-                 "9 N 7.7777 -8.8888 9.9999\n3 5 double\n"},
-    {"a.alc", "    3 ATOMS,    2 BONDS\n    2 C3      1.1111   2.2222   3.3333     0.0000\n"
-              "    3 CAR    -4.4444   5.5555  -6.6666    -0.1000\n    7 NPL3    7.7777  -8.8888   9.9999     0.1000\n"
-              "    1     2     3  SINGLE 1.5\n"},
-};
 
 // Every reader family, and each kind of output: new SXS files, one appended
 // to, XXS files, an XCC file and the XXS made from it, the division of a
@@ -69,7 +50,9 @@ std::vector<Job> Jobs() {
                           library,
                           DatabaseTransfer(),
                           LogToIndex()};
-    for (const auto& [name, bytes] : kSmallInputs) jobs.push_back(Conversion(name, bytes));
+    // The readers the corpus holds no example of, from the edge-case table.
+    for (const char* name : {"xcx_scale1.xcx", "sch_cell.sch", "m3d_ring.m3d", "alc_count1.alc"})
+        jobs.push_back(Conversion(name, ReadHostFile(kData / "edge" / name)));
     return jobs;
 }
 
@@ -86,11 +69,9 @@ protected:
         }
     }
 
-    // Runs every step with `kind` for N = 1, 2, ... until it completes;
-    // `cutShort` judges the end of each run that met the fault, and what the
-    // run left must pass Faults. A completed step must leave exactly what
-    // the reference run left. Returns the last N that met the fault in each
-    // step.
+    // Runs every step with `kind` for N = 1, 2, ... until it completes (then
+    // leaving what the reference run left); `cutShort` judges each run that
+    // met the fault. Returns the last N that met it in each step.
     template <class Judge>
     std::vector<int> ForEveryN(const std::string& kind, Judge cutShort) {
         const Job& job = GetParam();

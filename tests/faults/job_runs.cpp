@@ -28,7 +28,6 @@ Files DataFiles(const fs::path& folder) {
 }
 
 std::string Script(const std::string& job) { return ReadHostFile(kData / job / "script.txt"); }
-
 // The file a pending replacement of process `pid` is for ("d/.x.ravelo-tmp-PID-N"
 // is for "d/x"); empty for any other name.
 std::string PendingTarget(const std::string& name, pid_t pid) {
@@ -174,19 +173,18 @@ std::string PdbLibrary(const std::vector<std::string>& codes, int atomsPerEntry)
     return text;
 }
 
-Job DatabaseTransfer(const std::string& log) {
-    Job job{"updtmol", DataFiles(kData / "updtmol" / "before"), {{{"updtmol", "now"}, "script", Script("updtmol")}}, {}, {}};
+namespace {
+// A job of the script host on the files of tests/data/WORD/before.
+Job ScriptJob(const std::string& word, const std::string& tail, const std::string& log) {
+    Job job{word, DataFiles(kData / word / "before"), {{{word, tail}, "script", Script(word)}}, {}, {}};
     job.before.merge(Installed());
     if (!log.empty()) job.before["drive_c/ravelo/molecule.log"] = log;
     return job;
 }
+}  // namespace
 
-Job LogToIndex(const std::string& log) {
-    Job job{"logtohtm", DataFiles(kData / "logtohtm" / "before"), {{{"logtohtm", "all"}, "script", Script("logtohtm")}}, {}, {}};
-    job.before.merge(Installed());
-    if (!log.empty()) job.before["drive_c/ravelo/molecule.log"] = log;
-    return job;
-}
+Job DatabaseTransfer(const std::string& log) { return ScriptJob("updtmol", "now", log); }
+Job LogToIndex(const std::string& log) { return ScriptJob("logtohtm", "all", log); }
 
 std::string MoleculeLog(int records) {
     std::string log = "\"File path/Name\"\r\n\"Molecule Description\"\r\n\"Molecular Formula\"\r\n\"Molecular Energy\"\r\nDate*\r\n";

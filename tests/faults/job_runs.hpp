@@ -1,6 +1,5 @@
-// Jobs of the built program run in throw-away folders, and the judgement of
-// what an interrupted run leaves there: the crash-safety tests (injected
-// ends, a full disk, real kills) share them.
+// Jobs of the built program in throw-away folders, and the judgement of what
+// an interrupted run leaves there, for the crash-safety tests.
 #pragma once
 
 #include <sys/types.h>
@@ -60,38 +59,32 @@ private:
     TempFolder root_;   // "run" holds drive_c and temp, "io" the standard streams
 };
 
-// The job's state before its first step and after each step, from runs
-// without faults.
+// The job's state before its first step and after each, run without faults.
 std::vector<Files> ReferenceStates(const Job& job);
 
 // What is wrong with `now`, left by a run cut short between `before` and
-// `finished`: files neither as before nor as finished (cut short, mixed),
-// files the user lost, files in neither state (strays). The program's small
-// logs in TEMP may be missing at any moment, or end in a line cut short. A kill between naming a
-// replacement and renaming it over its target leaves it under the hidden
-// name of the killed process `killed`: such a file is no fault when it
-// holds its target's content as before or as finished (the next run
-// removes it). Empty when nothing is wrong.
+// `finished`: files neither as before nor as finished, files lost, strays.
+// The small logs in TEMP may miss a last line or end in one cut short; a
+// pending file of the killed process `killed` holding its target's old or
+// new content is no fault (the next run removes it). Empty when all is well.
 std::vector<std::string> Faults(const Files& now, const Files& before, const Files& finished, const Job& job,
                                 pid_t killed = 0);
 std::string Listed(const std::vector<std::string>& faults);
-// The files in which `now` and `expected` differ, by name (file contents can
-// be megabytes: too large to print).
+// The names of the files in which `now` and `expected` differ.
 std::vector<std::string> Differences(const Files& now, const Files& expected);
 
 // The installation start-up looks for, plus `files` (paths under drive C).
 Files Installed(const Files& files = {});
 
-// Converting `input`'s bytes saved as C:\case\NAME, then each of `more`
-// (files the first conversion makes) in turn; `existing` lies beside it.
+// Converting `input` saved as C:\case\NAME, then each of `more` (files the
+// first conversion makes); `existing` lies beside it.
 Job Conversion(const std::string& name, const std::string& input, const std::vector<std::string>& more = {},
                const Files& existing = {});
 // PDB entries, one per code, with LF line ends, in one file.
 std::string PdbLibrary(const std::vector<std::string>& codes, int atomsPerEntry);
-// The database transfer of tests/data/updtmol, with `log` as the molecule
-// log when given.
+// The database transfer of tests/data/updtmol and "logtohtm all" on the log
+// of tests/data/logtohtm, with `log` as the molecule log when given.
 Job DatabaseTransfer(const std::string& log = {});
-// "logtohtm all" on the log of tests/data/logtohtm, or on `log`.
 Job LogToIndex(const std::string& log = {});
 // A molecule log with `records` records, none transferred yet.
 std::string MoleculeLog(int records);

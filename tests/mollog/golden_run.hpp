@@ -1,8 +1,6 @@
-// Replays a recorded run of the molecule log utilities through the built
-// program. A run folder under tests/data holds before/ (files on drive C),
-// command.txt, script.txt (fed to the script host), stdout.txt and after/
-// (every file under ravelo\ and dmor\ at the end); @TODAY@ stands for
-// today's date, @VERSIONLINE@ for the program's version line.
+// Replays a recorded run of the molecule log utilities through the built program:
+// a run folder under tests/data holds before/ (drive C), command.txt, script.txt,
+// stdout.txt and after/ (all of ravelo\ and dmor\), with @TODAY@ and @VERSIONLINE@.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -28,8 +26,7 @@ inline std::map<std::string, std::string> FilesUnder(const std::filesystem::path
     return files;
 }
 
-// Runs the built program with the script host, without pauses, on the drive
-// C under `work` ("c"), with TEMP and the current folder at `work`.
+// The built program with the script host, no pauses, drive C at work/c, TEMP and folder at work.
 inline ProcessResult RunScripted(const std::filesystem::path& work, const std::vector<std::string>& args,
                                  const std::string& script) {
     return RunBinary(args,
@@ -53,7 +50,7 @@ inline void ExpectGoldenRun(const std::string& runName) {
         return Dated(std::move(text));
     };
 
-    // "RAVELO_UI=script ... raveloutils updtmol now   (script on ...)": the words after "raveloutils".
+    // The words after "raveloutils" in "RAVELO_UI=script ... raveloutils updtmol now   (script on ...)".
     const std::string command = ReadHostFile(run / "command.txt");
     std::istringstream words(command.substr(command.find("raveloutils ") + 12));
     std::vector<std::string> args;

@@ -1,5 +1,4 @@
-// The molecule log copier: the recorded run, the mode words, link texts,
-// the HTML header, and the logs and pages that end a copy early.
+// The molecule log copier: the recorded run, modes, link texts, headers, early ends.
 #include "mollog/logtohtm.hpp"
 
 #include <gtest/gtest.h>
@@ -43,8 +42,7 @@ std::string Links(const std::string& htm) {
     return links;
 }
 
-// An installation with a log (none if empty) and other files on drive C;
-// `command` runs the script without pauses.
+// An installation with a log (none if empty) and other files; `command` runs the script.
 struct Copier {
     Copier(const std::string& log, const std::string& script, const std::string& command = "logtohtm",
            const std::map<std::string, std::string>& files = {})
@@ -79,10 +77,10 @@ TEST(CopyLogToHtml, TheModeDecidesWhereCopyingStarts) {
     const std::string log = kHeaderNoStar + std::string(kOne) + kTwo;
     // "new": after the first line ending in "*", the date of record one.
     EXPECT_EQ(Links(Copier(log, kToHtm).t.Read(kIndex)), two);
-    // "all": after the first line holding "date" in any case, the header's last.
+    // "all": after the first line holding "date" in any case, the header's last; none above it.
     EXPECT_EQ(Links(Copier(log, kToHtm, "logtohtm ALL").t.Read(kIndex)), one + two);
-    // A record above that line is not copied.
-    EXPECT_EQ(Links(Copier(kTwo + std::string(kHeaderNoStar) + kOne, kToHtm, "logtohtm all").t.Read(kIndex)), one);
+    EXPECT_EQ(Links(Copier(kTwo + std::string(kHeaderNoStar) + kOne, kToHtm, "logtohtm all").t.Read(kIndex)),
+              one);
     // "new" without any "*": from the top, where only path lines start records.
     std::string unmarked = log;
     unmarked.erase(unmarked.find('*'), 1);

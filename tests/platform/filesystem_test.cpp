@@ -50,37 +50,39 @@ protected:
     FileSystem files_;
 };
 
-TEST_F(FileSystemTest, FindsFilesAndFoldersWrittenInAnotherCase) {
+TEST_F(FileSystemTest, FindsNamesInAnyCaseAndNewNamesKeepTheCaseGiven) {
     Put("Data/Sub/Molecule.LOG", "12345");
     Put("Data/Sub/molecule.log", "1");
     EXPECT_TRUE(Files().Exists("C:\\DATA\\sub\\molecule.log"));
     EXPECT_TRUE(Files().DirExists("c:\\data\\SUB"));
     EXPECT_FALSE(Files().Exists("C:\\data\\sub"));   // a folder is no file
-    // The exact name first; else, of the names differing only in case, the
-    // first in byte order.
+    // The exact name first; else, of the names differing only in case, the first in byte order.
     EXPECT_EQ(Files().FileLen("C:\\data\\SUB\\molecule.log"), 1);
     EXPECT_EQ(Files().FileLen("C:\\data\\SUB\\MOLECULE.log"), 5);
     EXPECT_EQ(Files().HostPath("C:\\DATA\\sub\\MOLECULE.LOG"), (C() / "Data/Sub/Molecule.LOG").string());
     fs::permissions(C() / "Data/Sub/molecule.log", fs::perms::owner_read);   // read-only even to the super-user
     EXPECT_TRUE(Files().ReadOnly("C:\\DATA\\sub\\molecule.log"));
     EXPECT_FALSE(Files().ReadOnly("C:\\DATA\\sub\\MOLECULE.LOG"));
-}
 
-TEST_F(FileSystemTest, NewNamesKeepTheCaseGivenUnderFoldersFoundInAnyCase) {
-    Put("Data/x.txt", "");
     Files().OpenOutput("C:\\DATA\\New.Txt").Close();
     Files().MkDirs("C:\\data\\Fresh\\Deeper");
     EXPECT_EQ(OnDisk(""), Names{"Data"});
-    EXPECT_EQ(OnDisk("Data"), (Names{"Fresh", "New.Txt", "x.txt"}));
+    EXPECT_EQ(OnDisk("Data"), (Names{"Fresh", "New.Txt", "Sub"}));
     EXPECT_TRUE(fs::is_directory(C() / "Data/Fresh/Deeper"));
+
+    // Relative and rooted paths follow the current directory.
+    Files().ChDir("c:\\data");
+    EXPECT_EQ(Files().CurDir(), "C:\\data");
+    EXPECT_TRUE(Files().Exists("sub\\MOLECULE.LOG"));
+    EXPECT_TRUE(Files().Exists("\\DATA\\Sub\\molecule.log"));
+    EXPECT_EQ(ErrorOf([&] { Files().ChDir("C:\\nowhere"); }), kPathNotFound);
+    EXPECT_EQ(Files().CurDir(), "C:\\data");
 }
 
 TEST_F(FileSystemTest, ALargeFolderKeepsUpWithChangesByThisProgramAndOthers) {
     // A folder large enough for its listing to be kept between lookups.
     for (int i = 0; i < 300; ++i) Put("Lib/entry_" + std::to_string(i) + ".cif", "");
     EXPECT_FALSE(Files().Exists("C:\\LIB\\Piece.XXS"));   // the listing is taken
-
-    // Files made, renamed and deleted by the program itself.
     Files().OpenOutput("C:\\Lib\\Piece.xxs").Close();
     EXPECT_EQ(Files().HostPath("C:\\LIB\\PIECE.XXS"), (C() / "Lib/Piece.xxs").string());
     Files().Name("C:\\Lib\\Piece.xxs", "C:\\Lib\\Moved.xxs");
@@ -91,25 +93,13 @@ TEST_F(FileSystemTest, ALargeFolderKeepsUpWithChangesByThisProgramAndOthers) {
     Files().Kill("C:\\lib\\moved.xxs");
     EXPECT_FALSE(Files().Exists("C:\\LIB\\Moved.XXS"));
     EXPECT_EQ(OnDisk("Lib").size(), 301u);   // no temporary file left
-
-    // A file another program makes or removes is seen too. The pause lets a
-    // host with coarse folder times give the change a time of its own.
+    // Another program's changes; the pauses give a host with coarse folder times a change of its own.
     usleep(20000);
     Put("Lib/Other.cif", "");
     EXPECT_TRUE(Files().Exists("C:\\LIB\\OTHER.CIF"));
     usleep(20000);
     fs::remove(C() / "Lib/Other.cif");
     EXPECT_FALSE(Files().Exists("C:\\LIB\\OTHER.CIF"));
-}
-
-TEST_F(FileSystemTest, RelativePathsFollowTheCurrentDirectory) {
-    Put("Data/Sub/m.log", "");
-    Files().ChDir("c:\\data");
-    EXPECT_EQ(Files().CurDir(), "C:\\data");
-    EXPECT_TRUE(Files().Exists("sub\\M.LOG"));
-    EXPECT_TRUE(Files().Exists("\\DATA\\Sub\\m.log"));   // root of the current drive
-    EXPECT_EQ(ErrorOf([&] { Files().ChDir("C:\\nowhere"); }), kPathNotFound);
-    EXPECT_EQ(Files().CurDir(), "C:\\data");
 }
 
 TEST_F(FileSystemTest, SearchesMatchInAnyCaseAndNamesComeInByteOrder) {
@@ -134,31 +124,24 @@ TEST_F(FileSystemTest, MissingFilesAre53MissingFoldersAre76AndRefusalsOfTheHostA
     Put("d/b.txt", "b");
     fs::create_directories(C() / "d/folder");
     const std::string nul("C:\\d\\a\0b.txt", 12);
-    EXPECT_EQ(Errors({
-                  [](auto& f) { f.FileLen("C:\\d\\none.txt"); }, [](auto& f) { f.Kill("C:\\d\\none.txt"); },
-                  [](auto& f) { f.Kill("C:\\d\\*.none"); },
-                  [](auto& f) { f.FileCopy("C:\\d\\none.txt", "C:\\d\\x.txt"); },
-                  [](auto& f) { f.Name("C:\\d\\none.txt", "C:\\d\\x.txt"); },
-                  [](auto& f) { f.OpenInput("C:\\d\\none.txt"); },
-              }),
+    EXPECT_EQ(Errors({[](auto& f) { f.FileLen("C:\\d\\none.txt"); }, [](auto& f) { f.Kill("C:\\d\\none.txt"); },
+                      [](auto& f) { f.Kill("C:\\d\\*.none"); },
+                      [](auto& f) { f.FileCopy("C:\\d\\none.txt", "C:\\d\\x.txt"); },
+                      [](auto& f) { f.Name("C:\\d\\none.txt", "C:\\d\\x.txt"); },
+                      [](auto& f) { f.OpenInput("C:\\d\\none.txt"); }}),
               std::vector<int>(6, kFileNotFound));
-    EXPECT_EQ(Errors({
-                  [](auto& f) { f.FileLen("C:\\nowhere\\none.txt"); },
-                  [](auto& f) { f.OpenOutput("C:\\nowhere\\x.txt"); },
-                  [](auto& f) { f.MkDir("C:\\nowhere\\x"); },
-                  [](auto& f) { f.OpenInput("Q:\\x.txt"); },  // drive Q is not mapped
-              }),
+    EXPECT_EQ(Errors({[](auto& f) { f.FileLen("C:\\nowhere\\none.txt"); },
+                      [](auto& f) { f.OpenOutput("C:\\nowhere\\x.txt"); }, [](auto& f) { f.MkDir("C:\\nowhere\\x"); },
+                      [](auto& f) { f.OpenInput("Q:\\x.txt"); }}),   // drive Q is not mapped
               std::vector<int>(4, kPathNotFound));
     EXPECT_FALSE(Files().Exists("Q:\\x.txt"));  // ... and holds no file
-    EXPECT_EQ(Errors({
-                  [](auto& f) { f.Kill("C:\\d\\folder"); },
-                  [](auto& f) { f.FileCopy("C:\\d\\a.txt", "C:\\d\\folder"); },
-                  [](auto& f) { f.FileCopy("C:\\d\\a.txt", "C:\\D\\A.TXT"); },
-                  [](auto& f) { f.OpenInput("C:\\d\\folder"); }, [](auto& f) { f.OpenOutput("C:\\d\\folder"); },
-                  [](auto& f) { f.Name("C:\\d\\a.txt", "C:\\d\\B.TXT"); },
-                  [](auto& f) { f.MkDir("C:\\d\\folder"); }, [](auto& f) { f.MkDirs("C:\\d\\a.txt\\x"); },
-                  [&](auto& f) { f.OpenOutput(nul); }, [&](auto& f) { f.ReplaceFile(nul, "x"); },
-              }),
+    EXPECT_EQ(Errors({[](auto& f) { f.Kill("C:\\d\\folder"); },
+                      [](auto& f) { f.FileCopy("C:\\d\\a.txt", "C:\\d\\folder"); },
+                      [](auto& f) { f.FileCopy("C:\\d\\a.txt", "C:\\D\\A.TXT"); },
+                      [](auto& f) { f.OpenInput("C:\\d\\folder"); }, [](auto& f) { f.OpenOutput("C:\\d\\folder"); },
+                      [](auto& f) { f.Name("C:\\d\\a.txt", "C:\\d\\B.TXT"); },
+                      [](auto& f) { f.MkDir("C:\\d\\folder"); }, [](auto& f) { f.MkDirs("C:\\d\\a.txt\\x"); },
+                      [&](auto& f) { f.OpenOutput(nul); }, [&](auto& f) { f.ReplaceFile(nul, "x"); }}),
               std::vector<int>(10, kPathFileAccess));
     // Nothing was changed by any of them.
     EXPECT_EQ(OnDisk("d"), (Names{"a.txt", "b.txt", "folder"}));
@@ -173,75 +156,50 @@ TEST_F(FileSystemTest, CopyRenameAndDelete) {
     Put("d/c.cif", "c");
     Files().FileCopy("C:\\D\\BIG.BIN", "C:\\d\\Copy.bin");
     EXPECT_EQ(Get("d/Copy.bin"), bytes);
-
     Files().Name("C:\\d\\b.cif", "C:\\d\\B.CIF");   // a change of case only
     Files().Name("C:\\d\\c.cif", "C:\\e.cif");      // to another folder
     EXPECT_EQ(OnDisk("d"), (Names{"B.CIF", "Copy.bin", "big.bin"}));
     EXPECT_EQ(Get("e.cif"), "c");
-
     Files().Kill("C:\\d\\*.BIN");
     EXPECT_EQ(OnDisk("d"), Names{"B.CIF"});
 }
 
-TEST_F(FileSystemTest, OutputAppendAndInputThroughHostFiles) {
-    fs::create_directories(C() / "d");
+TEST_F(FileSystemTest, OutputsAppearWholeWhenClosedAlsoWhenAnErrorEndsTheWriting) {
+    Put("d/o.sxs", "old\r\n");
     {
-        OutputFile out = Files().OpenOutput("C:\\d\\f.txt");
+        OutputFile out = Files().OpenOutput("C:\\d\\O.SXS");
         out.PrintLine("one");
         out.Print("two");
+        out.Flush();
+        EXPECT_EQ(OnDisk("d"), Names{"o.sxs"});   // nothing else, not even a hidden file
+        EXPECT_EQ(Get("d/o.sxs"), "old\r\n");
     }
-    Files().OpenAppend("C:\\D\\F.TXT").PrintLine(" three");
-    Files().OpenAppend("C:\\d\\new.txt").PrintLine("fresh");
-    EXPECT_EQ(Get("d/f.txt"), "one\r\ntwo three\r\n");
-    EXPECT_EQ(Get("d/new.txt"), "fresh\r\n");
-
-    InputFile in = Files().OpenInput("C:\\d\\f.txt");
+    EXPECT_EQ(Get("d/o.sxs"), "one\r\ntwo");
+    // Appending starts from a copy of the file.
+    OutputFile more = Files().OpenAppend("C:\\D\\o.sxs");
+    more.PrintLine(" three");
+    EXPECT_EQ(Get("d/o.sxs"), "one\r\ntwo");
+    more.Close();
+    EXPECT_EQ(Get("d/o.sxs"), "one\r\ntwo three\r\n");
+    InputFile in = Files().OpenInput("C:\\d\\o.sxs");
     EXPECT_EQ(in.LineInput(), "one");
     EXPECT_EQ(in.LineInput(), "two three");
     EXPECT_TRUE(in.Eof());
 
-    Files().OpenOutput("C:\\d\\f.txt").Close();   // emptied
-    EXPECT_EQ(Files().FileLen("C:\\d\\f.txt"), 0);
+    // An error that ends the program leaves what was written, as a file written in place would.
+    const int error = ErrorOf([&] {
+        OutputFile cut = Files().OpenAppend("C:\\d\\new.xxs");
+        cut.PrintLine("first");
+        Raise(kInputPastEnd);
+    });
+    EXPECT_EQ(error, kInputPastEnd);
+    EXPECT_EQ(Get("d/new.xxs"), "first\r\n");
+    Files().OpenOutput("C:\\d\\o.sxs").Close();   // emptied
+    EXPECT_EQ(Files().FileLen("C:\\d\\o.sxs"), 0);
+    EXPECT_EQ(OnDisk("d"), (Names{"new.xxs", "o.sxs"}));
 }
 
-TEST_F(FileSystemTest, ReplaceFileSwapsTheContentAndLeavesNoTemporaryFile) {
-    Put("d/Target.log", "old content");
-    Files().ReplaceFile("C:\\d\\target.log", "new");
-    Files().ReplaceFile("C:\\d\\created.log", "made");
-    EXPECT_EQ(OnDisk("d"), (Names{"Target.log", "created.log"}));
-    EXPECT_EQ(Get("d/Target.log"), "new");
-    EXPECT_EQ(Get("d/created.log"), "made");
-}
-
-TEST_F(FileSystemTest, AFailedWriteLeavesTheOldFileWhole) {
-    Put("d/t.log", "old");
-    // A file-size limit makes the write of the temporary file fail, for the
-    // super-user too.
-    rlimit saved{};
-    getrlimit(RLIMIT_FSIZE, &saved);
-    const auto oldHandler = signal(SIGXFSZ, SIG_IGN);
-    rlimit small{1024, saved.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    const int error = ErrorOf([&] { Files().ReplaceFile("C:\\d\\t.log", std::string(4096, 'n')); });
-    setrlimit(RLIMIT_FSIZE, &saved);
-    signal(SIGXFSZ, oldHandler);
-
-    EXPECT_EQ(error, kPathFileAccess);
-    EXPECT_EQ(OnDisk("d"), Names{"t.log"});
-    EXPECT_EQ(Get("d/t.log"), "old");
-}
-
-TEST_F(FileSystemTest, AReadOnlyFolderRefusesReplacement) {
-    if (geteuid() == 0) GTEST_SKIP() << "the super-user ignores permissions";
-    Put("d/t.log", "old");
-    fs::permissions(C() / "d", fs::perms::owner_read | fs::perms::owner_exec);
-    const int error = ErrorOf([&] { Files().ReplaceFile("C:\\d\\t.log", "new"); });
-    fs::permissions(C() / "d", fs::perms::owner_all);
-    EXPECT_EQ(error, kPathFileAccess);
-    EXPECT_EQ(Get("d/t.log"), "old");
-}
-
-TEST_F(FileSystemTest, StreamedReplacementTakesEffectOnlyOnCommit) {
+TEST_F(FileSystemTest, ReplacementsTakeEffectOnlyOnCommitAndAFailedWriteLeavesTheOldFile) {
     Put("d/t.log", "old");
     {
         Replacement givenUp = Files().OpenReplacement("C:\\d\\T.LOG");
@@ -250,42 +208,32 @@ TEST_F(FileSystemTest, StreamedReplacementTakesEffectOnlyOnCommit) {
     }
     EXPECT_EQ(OnDisk("d"), Names{"t.log"});
     EXPECT_EQ(Get("d/t.log"), "old");
-
     Replacement r = Files().OpenReplacement("C:\\d\\T.LOG");
     r.File().PrintLine("new");
     r.Commit();
-    EXPECT_EQ(OnDisk("d"), Names{"t.log"});
+    Files().ReplaceFile("C:\\d\\created.log", "made");
+    EXPECT_EQ(OnDisk("d"), (Names{"created.log", "t.log"}));
+    EXPECT_EQ(Get("d/t.log") + Get("d/created.log"), "new\r\nmade");
+
+    // A file-size limit makes the write of the new file fail, for the super-user too.
+    rlimit saved{};
+    getrlimit(RLIMIT_FSIZE, &saved);
+    const auto oldHandler = signal(SIGXFSZ, SIG_IGN);
+    rlimit small{1024, saved.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    const int error = ErrorOf([&] { Files().ReplaceFile("C:\\d\\t.log", std::string(4096, 'n')); });
+    setrlimit(RLIMIT_FSIZE, &saved);
+    signal(SIGXFSZ, oldHandler);
+    EXPECT_EQ(error, kPathFileAccess);
+    EXPECT_EQ(OnDisk("d"), (Names{"created.log", "t.log"}));
     EXPECT_EQ(Get("d/t.log"), "new\r\n");
 }
 
-TEST_F(FileSystemTest, OutputsAppearWholeWhenClosedAlsoWhenAnErrorEndsTheWriting) {
-    Put("d/o.sxs", "old\r\n");
-    {
-        OutputFile out = Files().OpenOutput("C:\\d\\O.SXS");
-        out.PrintLine("new");
-        out.Flush();
-        EXPECT_EQ(OnDisk("d"), Names{"o.sxs"});   // nothing else, not even a hidden file
-        EXPECT_EQ(Get("d/o.sxs"), "old\r\n");
-    }
-    EXPECT_EQ(Get("d/o.sxs"), "new\r\n");
-
-    // Appending starts from a copy of the file.
-    OutputFile more = Files().OpenAppend("C:\\d\\o.sxs");
-    more.PrintLine("more");
-    EXPECT_EQ(Get("d/o.sxs"), "new\r\n");
-    more.Close();
-    EXPECT_EQ(Get("d/o.sxs"), "new\r\nmore\r\n");
-
-    // An error that ends the program leaves what was written, as a file
-    // written in place would.
-    const int error = ErrorOf([&] {
-        OutputFile cut = Files().OpenAppend("C:\\d\\new.xxs");
-        cut.PrintLine("first");
-        Raise(kInputPastEnd);
-    });
-    EXPECT_EQ(error, kInputPastEnd);
-    EXPECT_EQ(Get("d/new.xxs"), "first\r\n");
-    EXPECT_EQ(OnDisk("d"), (Names{"new.xxs", "o.sxs"}));
+TEST_F(FileSystemTest, AFullDiskIsError61) {
+    FileSystem dev(DriveMap({{'D', "/dev"}}));
+    OutputFile full = dev.AppendInPlace("D:\\full");
+    full.Print("x");
+    EXPECT_EQ(ErrorOf([&] { full.Flush(); }), kDiskFull);
 }
 
 TEST_F(FileSystemTest, LeftoversOfKilledRunsGoAndNothingElse) {

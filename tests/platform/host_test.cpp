@@ -13,16 +13,14 @@
 namespace ravelo::platform {
 namespace {
 
-class ShellTest : public ::testing::Test {
-protected:
+struct ShellTest : ::testing::Test {
     std::string Path(const char* name) const { return (dir_.Path() / name).string(); }
     std::string Read(const char* name) const { return test::ReadHostFile(dir_.Path() / name); }
     test::TempFolder dir_;
 };
 
 TEST_F(ShellTest, WaitsForItsOwnCommandsOnly) {
-    SystemShell shell;
-    SystemShell other;
+    SystemShell shell, other;
     const long pid = shell.Start("sleep 0.5; printf 'a b' > '" + Path("out.txt") + "'");
     ASSERT_GT(pid, 0);
     other.Wait(pid);   // not its command: returns at once
@@ -37,8 +35,7 @@ TEST_F(ShellTest, WaitsForItsOwnCommandsOnly) {
 
 TEST_F(ShellTest, TheCommandGetsNoInputAndNoDescriptorsOfOurs) {
     const int leaked = open(Path(".").c_str(), O_RDONLY);   // deliberately without close-on-exec
-    // Our own input is a pipe meanwhile, so only a redirection gives the
-    // command /dev/null.
+    // Our own input is a pipe meanwhile, so only a redirection gives the command /dev/null.
     int pipeEnds[2];
     ASSERT_EQ(pipe(pipeEnds), 0);
     const int savedInput = dup(0);

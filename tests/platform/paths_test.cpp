@@ -2,11 +2,7 @@
 // environment, the wait scale, and the POSIX command line in Windows form.
 #include "platform/paths.hpp"
 
-#include "platform/host.hpp"
-
 #include <gtest/gtest.h>
-
-#include "support/error_of.hpp"
 #include <unistd.h>
 
 #include <cstdlib>
@@ -14,7 +10,10 @@
 #include <optional>
 #include <tuple>
 
+#include "platform/host.hpp"
 #include "runtime/error.hpp"
+#include "support/error_of.hpp"
+#include "support/files.hpp"
 
 extern char** environ;
 
@@ -24,20 +23,13 @@ namespace {
 namespace fs = std::filesystem;
 
 // Sets (or, with nullopt, removes) an environment variable for one scope.
-class ScopedEnv {
-public:
+struct ScopedEnv {
     ScopedEnv(std::string name, const std::optional<std::string>& value) : name_(std::move(name)) {
         if (const char* old = std::getenv(name_.c_str())) old_ = old;
         Put(value);
     }
     ~ScopedEnv() { Put(old_); }
-    ScopedEnv(const ScopedEnv&) = delete;
-    ScopedEnv& operator=(const ScopedEnv&) = delete;
-
-private:
-    void Put(const std::optional<std::string>& v) {
-        v ? setenv(name_.c_str(), v->c_str(), 1) : unsetenv(name_.c_str());
-    }
+    void Put(const std::optional<std::string>& v) { v ? setenv(name_.c_str(), v->c_str(), 1) : unsetenv(name_.c_str()); }
     std::string name_;
     std::optional<std::string> old_;
 };
@@ -69,11 +61,9 @@ TEST(DriveMapToHost, DrivesCurrentDirectoriesDotsAndHostPaths) {
 
 TEST(DriveMapToWindows, TheDeepestDriveHoldingThePathWinsAndZComesLast) {
     const DriveMap nested({{'C', "/data/c"}, {'E', "/data/c/inner"}, {'Z', "/"}});
-    const std::pair<const char*, const char*> cases[] = {
-        {"/data/c/x/y.dat", "C:\\x\\y.dat"}, {"/data/c/inner/y.dat", "E:\\y.dat"}, {"/data/c", "C:\\"},
-        {"/data/cat/", "Z:\\data\\cat"},  // "/data/c" does not hold "/data/cat"
-        {"/", "Z:\\"},
-    };
+    // "/data/c" does not hold "/data/cat".
+    const std::pair<const char*, const char*> cases[] = {{"/data/c/x/y.dat", "C:\\x\\y.dat"},
+        {"/data/c/inner/y.dat", "E:\\y.dat"}, {"/data/c", "C:\\"}, {"/data/cat/", "Z:\\data\\cat"}, {"/", "Z:\\"}};
     for (const auto& [host, windows] : cases) EXPECT_EQ(nested.ToWindows(host), windows) << host;
     EXPECT_EQ(DriveMap({{'C', "/c"}}).ToWindows("/tmp/x"), "Z:\\tmp\\x");
 }
@@ -124,10 +114,8 @@ TEST(Environment, AHostTempIsShownInWindowsFormAndAMissingOneComesLast) {
 }
 
 TEST(WaitScale, NumbersCountAndAnythingElseIsOne) {
-    const std::pair<std::optional<std::string>, double> cases[] = {
-        {std::nullopt, 1}, {"0", 0}, {"0.25", 0.25}, {" 3 ", 3}, {"2e1", 20},
-        {"-1", 1},         {"abc", 1}, {"2x", 1},      {"", 1},     {"nan", 1},
-    };
+    const std::pair<std::optional<std::string>, double> cases[] = {{std::nullopt, 1}, {"0", 0}, {"0.25", 0.25},
+        {" 3 ", 3}, {"2e1", 20}, {"-1", 1}, {"abc", 1}, {"2x", 1}, {"", 1}, {"nan", 1}};
     for (const auto& [text, expected] : cases) {
         ScopedEnv scale("RAVELO_WAIT_SCALE", text);
         EXPECT_EQ(WaitScaleFromEnvironment(), expected) << text.value_or("(unset)");
@@ -135,14 +123,13 @@ TEST(WaitScale, NumbersCountAndAnythingElseIsOne) {
 }
 
 TEST(JoinCommandLine, HostPathsBecomeWindowsFormAndOtherWordsPass) {
-    std::string pattern = (fs::temp_directory_path() / "ravelo-cl-XXXXXX").string();
-    const fs::path scratch = mkdtemp(pattern.data());
+    const test::TempFolder scratchFolder;
+    const fs::path& scratch = scratchFolder.Path();
     fs::create_directories(scratch / "sub");
     const fs::path before = fs::current_path();
     fs::current_path(scratch);   // relative folders are looked up from here
 
-    // A host path inside a mapped drive's folder takes that drive, the
-    // deepest folder first; points in the folder's name stay out of it.
+    // A host path in a mapped drive's folder takes the deepest such drive; the folder's points stay out.
     const std::string c = (scratch / ".local" / "drive_c").string();
     const DriveMap drives({{'C', c}, {'D', c + "/deep"}});
     const std::string inC = c + "/data/x.pdb", inD = c + "/deep/y.pdb", folder = c + "/data/";
@@ -153,7 +140,6 @@ TEST(JoinCommandLine, HostPathsBecomeWindowsFormAndOtherWordsPass) {
     const std::string mapped = JoinCommandLine(drives, 11, argv, 8);
 
     fs::current_path(before);
-    fs::remove_all(scratch);
     EXPECT_EQ(line, "fileconv Z:\\home\\u\\x.cif sub\\y.cif nosub/y.cif http://host/p 3 a\\b");
     EXPECT_EQ(fromThird, "Z:\\home\\u\\x.cif sub\\y.cif");
     EXPECT_EQ(mapped, "C:\\data\\x.pdb D:\\y.pdb C:\\data\\");

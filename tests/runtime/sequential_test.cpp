@@ -1,6 +1,5 @@
-// Sequential files: lines with every line end, items, write records, and the
-// output buffer. Each input also runs through a source that hands out one
-// byte per read, so every buffer edge falls inside a line end or an item.
+// Sequential files: lines, items, write records, the output buffer. Inputs also
+// run through a one-byte-per-read source, so buffer edges fall everywhere.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -27,8 +26,7 @@ struct TrickleSource final : ByteSource {
     std::size_t pos = 0;
 };
 
-// Keeps what reaches the sink in a log the test still holds after the file
-// is gone.
+// What reached the sink, kept after the file is gone.
 struct SinkLog {
     std::string bytes;
     int writes = 0, flushes = 0;
@@ -45,8 +43,7 @@ struct LogSink final : ByteSink {
     SinkLog& log;
 };
 
-// Reads the text from a whole-buffer source and from a one-byte source;
-// both must give the same items, which are returned.
+// The items read from a whole-buffer source, the same from a one-byte one.
 Lines BothWays(const std::string& text, const std::function<Lines(InputFile&)>& read) {
     InputFile whole(MemorySource(text));
     InputFile trickle(std::make_unique<TrickleSource>(text));
@@ -71,8 +68,7 @@ TEST(LineInput, EveryLineEndAnywhereAndAnUnendedLastLine) {
         {"\r\n", {""}}, {" x\t \r\n", {" x\t "}} /* nothing trimmed */, {"", {}},
     };
     for (const auto& [text, lines] : cases) EXPECT_EQ(BothWays(text, AllLines), lines) << text;
-    // Line ends are looked for eight bytes at a time: each kind of end must
-    // be found at every offset in such a step, and in the bytes after it.
+    // Ends are looked for eight bytes at a time: each kind at every offset.
     for (const std::string end : {"\r", "\n", "\r\n"}) {
         for (std::size_t length = 0; length < 20; ++length) {
             const std::string a(length, 'a'), b(length + 3, 'b');
@@ -87,10 +83,7 @@ TEST(LineInput, LinesLongerThanTheBufferCrLfAcrossItAndTheRestInChunks) {
     // first byte of the next.
     const std::string longLine(65535, 'x');
     InputFile f(MemorySource(longLine + "\r\n" + std::string(200000, 'y') + "\nz"));
-    EXPECT_EQ(f.LineInput(), longLine);
-    EXPECT_EQ(f.LineInput(), std::string(200000, 'y'));
-    EXPECT_EQ(f.LineInput(), "z");
-    EXPECT_TRUE(f.Eof());
+    EXPECT_EQ(AllLines(f), (Lines{longLine, std::string(200000, 'y'), "z"}));
 
     const std::string text = "first\r\n" + std::string(150000, 'q');
     InputFile chunked(MemorySource(text));
@@ -121,9 +114,8 @@ TEST(InputItems, QuotedTextNumbersLineEndsAndQuotesAcrossLines) {
     });
     EXPECT_EQ(items, (Lines{"x, y", "12.000000", "34.000000", "text item", "q", "last"}));
 
-    // Three numbers, then: the empty line is one empty item; "a" has its
-    // comma consumed; the rest of that line is empty; a quoted item holds
-    // its line end; a tab is not skipped, so Val gives 0.
+    // An empty line is one empty item; "a" takes its comma, leaving an empty
+    // rest; a quoted item holds its line end; a tab is not skipped (Val 0).
     const auto more = BothWays("1\r2\n3\r\n\r\na,\r\n\"p\r\nq\",\t5", [](InputFile& f) {
         Lines got;
         for (int i = 0; i < 3; ++i) got.push_back(std::to_string(f.InputLong()));

@@ -4,11 +4,8 @@
 
 #include <tuple>
 
-#include "runtime/error.hpp"
-#include "shell/raveloutilx.hpp"
 #include "shell/run.hpp"
 #include "ui/script_host.hpp"
-#include "core/shared.hpp"
 #include "support/test_program.hpp"
 
 namespace ravelo {
@@ -16,64 +13,42 @@ namespace {
 
 using test::TestProgram;
 
-// What a utility saw when the dispatcher called it.
-struct Seen {
-    int calls = 0;
-    std::string word, tail;
-    std::int32_t libraryCount = -1;
-};
-
-void Record(Program& p, const std::string& word, Seen& seen) {
-    p.utilities[word] = [&seen](Program& program) {
-        ++seen.calls;
-        seen.word = program.CommandWord;
-        seen.tail = program.CommandTail;
-        seen.libraryCount = program.LibraryCount;
+// Makes `word` a utility that notes, at each call, the word, tail and
+// library count it saw.
+void Record(Program& p, const std::string& word, std::string& seen) {
+    p.utilities[word] = [&seen](Program& q) {
+        seen += q.CommandWord + "|" + q.CommandTail + "|" + std::to_string(q.LibraryCount) + ";";
     };
 }
 
 TEST(CommandLine, ReadingTheCommandLine) {
-    struct Case {
-        const char* line;
-        int calls;             // of the converter
-        const char* wordTail;  // as the converter, or else the program, saw them
-        int libraryCount;
-        int pause;  // milliseconds of the closing pause, -1: not checked
-    };
-    const Case cases[] = {
+    // The line, and what the converter saw (or else "not called" and what the program holds).
+    const std::pair<const char*, const char*> cases[] = {
         // A bare name of a known type starts the converter.
-        {"C:\\Data\\Crambin.PDB", 1, "fileconv|C:\\Data\\Crambin.PDB", 0, -1},
+        {"C:\\Data\\Crambin.PDB", "fileconv|C:\\Data\\Crambin.PDB|0;"},
         // The type test is a substring test on the last three characters:
         // "ol2" lies inside the "mol2" of the type list; ".cc" lies nowhere.
-        {"c:\\data\\x.mol2", 1, "fileconv|c:\\data\\x.mol2", 0, -1},
-        {"C:\\DATA\\X.CC", 0, "c:\\data\\x.cc|", 0, -1},
-        {"updtmol", 1, "fileconv|updtmol", 0, -1},  // alone, it is taken as a file name
-        // One digit at the end is the library count: no closing pause then.
-        {"fileconv c:\\data\\x.cif 3", 1, "fileconv|c:\\data\\x.cif 3", 3, 0},
-        // Two digits or zero leave it at zero; a start with count 0 pauses a second.
-        {"fileconv c:\\data\\x.cif 12", 1, "fileconv|c:\\data\\x.cif 12", 0, 1000},
-        {"fileconv c:\\data\\x.cif 0", 1, "fileconv|c:\\data\\x.cif 0", 0, -1},
-        {"C:\\My Data\\x.pdb", 0, "c:\\my|Data\\x.pdb", 0, -1},  // a blank splits a bare name
+        {"c:\\data\\x.mol2", "fileconv|c:\\data\\x.mol2|0;"},
+        {"C:\\DATA\\X.CC", "not called c:\\data\\x.cc|"},
+        {"updtmol", "fileconv|updtmol|0;"},  // alone, it is taken as a file name
+        // One digit at the end is the library count; two digits or zero leave it at zero.
+        {"fileconv c:\\data\\x.cif 3", "fileconv|c:\\data\\x.cif 3|3;"},
+        {"fileconv c:\\data\\x.cif 12", "fileconv|c:\\data\\x.cif 12|0;"},
+        {"fileconv c:\\data\\x.cif 0", "fileconv|c:\\data\\x.cif 0|0;"},
+        {"C:\\My Data\\x.pdb", "not called c:\\my|Data\\x.pdb"},  // a blank splits a bare name
     };
-    for (const Case& c : cases) {
+    for (const auto& [line, expected] : cases) {
         TestProgram t;
         t.Install();
-        Seen fileconv, updtmol;
-        Record(t.program(), "fileconv", fileconv);
-        Record(t.program(), "updtmol", updtmol);
-        EXPECT_EQ(t.Run(c.line), 0) << c.line;
-        EXPECT_EQ(fileconv.calls, c.calls) << c.line;
-        EXPECT_EQ(updtmol.calls, 0) << c.line;
-        if (c.calls) {
-            EXPECT_EQ(fileconv.word + "|" + fileconv.tail, c.wordTail);
-            EXPECT_EQ(fileconv.libraryCount, c.libraryCount) << c.line;
-        } else {
-            EXPECT_EQ(t.program().CommandWord + "|" + t.program().CommandTail, c.wordTail);
-        }
-        if (c.pause >= 0) {
-            EXPECT_GE(t.clock().millis, static_cast<unsigned>(c.pause)) << c.line;
-            EXPECT_LT(t.clock().millis, c.pause + 100u) << c.line;
-        }
+        std::string seen;
+        Record(t.program(), "fileconv", seen);
+        EXPECT_EQ(t.Run(line), 0) << line;
+        const Program& p = t.program();
+        EXPECT_EQ(seen.empty() ? "not called " + p.CommandWord + "|" + p.CommandTail : seen, expected);
+        // A start with library count 0 ends with a pause of a second.
+        const unsigned pause = p.LibraryCount ? 0 : 1000;
+        EXPECT_GE(t.clock().millis, pause) << line;
+        EXPECT_LT(t.clock().millis, pause + 100u) << line;
     }
 }
 
@@ -81,10 +56,10 @@ TEST(CommandLine, WildcardWordBecomesItsFirstMatchInNameOrderAndAnUnknownWordEnd
     TestProgram t;
     t.Install();
     for (const char* name : {"b.txt", "a.txt", "C.txt"}) t.Write(std::string("C:\\d\\") + name, "12345678");
-    Seen first;
-    Record(t.program(), "c:\\d\\c.txt", first);
+    std::string seen;
+    Record(t.program(), "c:\\d\\c.txt", seen);
     EXPECT_EQ(t.Run("C:\\d\\*.txt"), 0);
-    EXPECT_EQ(first.calls, 1);  // upper case sorts before lower case, so C.txt comes first
+    EXPECT_EQ(seen, "c:\\d\\c.txt||0;");  // upper case sorts before lower case, so C.txt comes first
     EXPECT_EQ(t.Run("ravelobatch"), 0);  // with the main window hidden
     EXPECT_EQ(t.Output(), "");
 }
@@ -96,33 +71,32 @@ constexpr const char* kCriticalBox =
     "I must terminate.\n";
 
 TEST(Installation, DriveFileAndModeller) {
-    // A missing drive file, or one under eight bytes (deleted), is a
-    // critical error; a missing modeller ends silently.
-    const std::tuple<const char*, const char*, int, std::string> cases[] = {
-        {nullptr, nullptr, kExitInstallation, kCriticalBox},
-        {"\"C:\"\r\n1", nullptr, kExitInstallation, kCriticalBox},
-        {"\"Kalmodyn\",\"2026\",\"C:\"\r\n", "C:\\ravelo\\kalculator.exe", kExitInstallation, ""},
+    // A missing drive file, or one under eight bytes (deleted), is a critical error; a missing modeller ends silently.
+    // The drive file, the modeller's executable, the status, the output, and the drive and modeller found.
+    const std::tuple<const char*, const char*, int, std::string, const char*> cases[] = {
+        {nullptr, nullptr, kExitInstallation, kCriticalBox, ""},
+        {"\"C:\"\r\n1", nullptr, kExitInstallation, kCriticalBox, ""},
+        {"\"Kalmodyn\",\"2026\",\"C:\"\r\n", "C:\\ravelo\\kalculator.exe", kExitInstallation, "", "C:"},
         // The third field names the drive, and the modeller is found in any case.
-        {"Kalmodyn, 2026,  C:  \r\n", "C:\\RAVELO\\KALMODYN.EXE", 0, ""},
+        {"Kalmodyn, 2026,  C:  \r\n", "C:\\RAVELO\\KALMODYN.EXE", 0, "", "C:Kalmodyn.Exe"},
     };
-    for (const auto& [driveFile, exe, status, output] : cases) {
+    for (const auto& [driveFile, exe, status, output, found] : cases) {
         TestProgram t;
         if (driveFile) t.Write("C:\\programdata\\ravelo\\ravelodrive.dat", driveFile);
         if (exe) t.Write(exe, "stand-in\r\n");
         EXPECT_EQ(t.Run(status ? "calculx" : "ravelobatch"), status);
         EXPECT_EQ(t.Output(), output);
-        if (!status) {
-            EXPECT_EQ(t.program().InstallDrive + t.program().ModellerExe, "C:Kalmodyn.Exe");
-        } else if (driveFile) {
-            EXPECT_EQ(t.Exists("C:\\programdata\\ravelo\\ravelodrive.dat"), exe != nullptr);
-        }
+        EXPECT_EQ(t.program().InstallDrive + t.program().ModellerExe, found);
+        EXPECT_EQ(t.Exists("C:\\programdata\\ravelo\\ravelodrive.dat"), driveFile && exe);
     }
 }
 
-TEST(MainWindow, ShowsTheMenuWithReadUrlsHidden) {
-    TestProgram t("dump RaveloUtils\n");
+TEST(MainWindow, NamedWindowShowsTheMenuWithReadUrlsHiddenAndExitEndsTheProgram) {
+    TestProgram t("dump RaveloUtils\nclick RaveloUtils.Command1\ndump RaveloUtils\n");
     t.Install();
-    EXPECT_EQ(t.Run(""), 0);
+    EXPECT_EQ(t.Run("", "NoSuchWindow"), kExitUsage);
+    EXPECT_EQ(t.Run("", "raveloutils"), 0);
+    // One dump: the window, and with it the program, is gone after EXIT.
     EXPECT_EQ(t.Output(),
               "RaveloUtils.Label1\t1\t-\tThe Ravelo Suite of Utilities\n"
               "RaveloUtils.Label2\t1\t-\tBatch Structure Energy Minimizer\n"
@@ -138,41 +112,16 @@ TEST(MainWindow, ShowsTheMenuWithReadUrlsHidden) {
               "END\n");
 }
 
-TEST(MainWindow, UtilityNotOfferedIsSaidOnTheCopyrightLabel) {
-    TestProgram t("click RaveloUtils.Label8\ndump RaveloUtils\n");
+TEST(MainWindow, LabelOpensItsUtilityOrSaysForFiveSecondsThatItIsNotOffered) {
+    TestProgram t("click RaveloUtils.Label3\nclick RaveloUtils.Label8\ndump RaveloUtils\n");
     t.Install();
-    t.Run("");
-    EXPECT_NE(t.Output().find("RaveloUtils.Label10\t1\t-\tSorry, this application is not currently offered.\n"),
-              std::string::npos);
-    // The message stands for five seconds.
-    EXPECT_GE(t.clock().millis, 5000u);
-}
-
-TEST(MainWindow, LabelOpensItsUtilityAndExitEndsTheProgram) {
-    TestProgram t("click RaveloUtils.Label3\nclick RaveloUtils.Command1\ndump RaveloUtils\n");
-    t.Install();
-    Seen calculx;
+    std::string calculx;
     Record(t.program(), "calculx", calculx);
     EXPECT_EQ(t.Run(""), 0);
-    EXPECT_EQ(calculx.calls, 1);
-    // The dump after EXIT is not run: the window, and with it the program, is gone.
-    EXPECT_EQ(t.Output(), "");
-}
-
-TEST(WindowOption, ShowsTheNamedWindowInsteadOfTheMenu) {
-    TestProgram t("dump RaveloUtils\n");
-    t.Install();
-    EXPECT_EQ(t.Run("", "NoSuchWindow"), kExitUsage);
-    EXPECT_EQ(t.Run("", "raveloutils"), 0);
-    EXPECT_NE(t.Output().find("RaveloUtils.Command1"), std::string::npos);
-}
-
-TEST(RuntimeErrors, AreReportedAndEndWithStatusThree) {
-    TestProgram t;
-    t.Install();
-    t.program().utilities["fileconv"] = [](Program&) { Raise(kInputPastEnd); };
-    EXPECT_EQ(t.Run("fileconv c:\\x.xyz"), kExitRuntimeError);
-    EXPECT_EQ(t.Output(), "MSGBOX RaveloUtils|Run-time error '62':\\n\\nInput past end of file\n");
+    EXPECT_EQ(calculx, "calculx||0;");
+    EXPECT_NE(t.Output().find("RaveloUtils.Label10\t1\t-\tSorry, this application is not currently offered.\n"),
+              std::string::npos);
+    EXPECT_GE(t.clock().millis, 5000u);
 }
 
 // A host that only says who it is.
@@ -187,10 +136,7 @@ TEST(HostChoice, DesktopWhenAskedForOrWhenThereIsADisplay) {
         if (dynamic_cast<MarkerHost*>(services.ui.get())) return "desktop";
         return dynamic_cast<ui::ScriptHost*>(services.ui.get()) ? "script" : "headless";
     };
-    const std::string saved[] = {getenv("QT_QPA_PLATFORM") ? getenv("QT_QPA_PLATFORM") : "",
-                                 getenv("WAYLAND_DISPLAY") ? getenv("WAYLAND_DISPLAY") : ""};
-    unsetenv("QT_QPA_PLATFORM");
-    unsetenv("WAYLAND_DISPLAY");
+    for (const char* name : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY"}) unsetenv(name);
     EXPECT_STREQ(chosen("headless", ":99", desktop), "headless");
     EXPECT_STREQ(chosen("Qt", nullptr, desktop), "desktop");
     EXPECT_STREQ(chosen("qt", nullptr, nullptr), "headless");   // a build without the desktop host
@@ -200,10 +146,7 @@ TEST(HostChoice, DesktopWhenAskedForOrWhenThereIsADisplay) {
     EXPECT_STREQ(chosen(nullptr, ":99", nullptr), "headless");
     setenv("QT_QPA_PLATFORM", "offscreen", 1);   // a platform named outright
     EXPECT_STREQ(chosen(nullptr, nullptr, desktop), "desktop");
-    unsetenv("RAVELO_UI");
-    unsetenv("DISPLAY");
-    saved[0].empty() ? unsetenv("QT_QPA_PLATFORM") : setenv("QT_QPA_PLATFORM", saved[0].c_str(), 1);
-    if (!saved[1].empty()) setenv("WAYLAND_DISPLAY", saved[1].c_str(), 1);
+    for (const char* name : {"RAVELO_UI", "DISPLAY", "QT_QPA_PLATFORM"}) unsetenv(name);
 }
 
 }  // namespace

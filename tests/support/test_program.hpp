@@ -64,17 +64,14 @@ private:
     std::unique_ptr<Program> program_;
 };
 
-// Runs the built raveloutils with arguments, extra
-// environment variables and standard input.
 struct ProcessResult {
     int status = -1;
     std::string out;
     std::string err;
 };
-// Starts the built program with `args` and `env` added to the test's own
-// environment (less its RAVELO_ settings), standard input from io/in (empty
-// when missing) and standard output and error into io/out and io/err, in
-// `cwd` (default: the test's own folder).
+// Starts the built program with `args` and `env` added to the test's
+// environment (less its RAVELO_ settings), in `cwd`; the standard streams
+// are the files io/in (empty when missing), io/out and io/err.
 pid_t StartBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
                   const std::filesystem::path& io, const std::filesystem::path& cwd = {});
 // Waits for a program StartBinary started; a signal's end is 128 + its number.
@@ -82,8 +79,7 @@ ProcessResult WaitBinary(pid_t pid, const std::filesystem::path& io);
 ProcessResult RunBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
                         const std::string& input = {}, const std::filesystem::path& cwd = {});
 
-// Today's date as the program writes it in the molecule log and its index
-// (MM-DD-YYYY), for recorded files that hold @TODAY@.
+// Today's date as the program writes it (MM-DD-YYYY), for @TODAY@ in recorded files.
 std::string TodayText();
 // `text` with every @TODAY@ replaced by TodayText().
 std::string Dated(std::string text);
