@@ -1,7 +1,5 @@
 #include "platform/fault_injection.hpp"
 
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdlib>
 #include <string_view>
@@ -9,13 +7,10 @@
 namespace ravelo::platform::faults {
 namespace {
 
-bool WriteEverything(int fd, const char* data, std::size_t n) {
+bool WriteEverything(host::Handle file, const char* data, std::size_t n) {
     while (n > 0) {
-        const ssize_t written = write(fd, data, n);
-        if (written < 0) {
-            if (errno == EINTR) continue;
-            return false;
-        }
+        const std::ptrdiff_t written = host::Write(file, data, n);
+        if (written < 0) return false;
         data += written;
         n -= static_cast<std::size_t>(written);
     }
@@ -56,21 +51,21 @@ constexpr bool DiskFullDue() { return false; }
 }  // namespace
 
 void CountFileOperation() {
-    if (KillDue()) _exit(kFaultExitStatus);
+    if (KillDue()) std::_Exit(kFaultExitStatus);
 }
 
-bool WriteAll(int fd, const char* data, std::size_t n) {
+bool WriteAll(host::Handle file, const char* data, std::size_t n) {
     if (KillDue()) {
         // A write cut short: half of it reaches the file.
-        WriteEverything(fd, data, n / 2);
-        _exit(kFaultExitStatus);
+        WriteEverything(file, data, n / 2);
+        std::_Exit(kFaultExitStatus);
     }
     if (DiskFullDue()) {
-        WriteEverything(fd, data, n / 2);
+        WriteEverything(file, data, n / 2);
         errno = ENOSPC;
         return false;
     }
-    return WriteEverything(fd, data, n);
+    return WriteEverything(file, data, n);
 }
 
 }  // namespace ravelo::platform::faults

@@ -11,6 +11,8 @@
 
 #include <cstddef>
 
+#include "platform/host_files.hpp"
+
 namespace ravelo::platform::faults {
 
 constexpr int kFaultExitStatus = 86;
@@ -18,10 +20,10 @@ constexpr int kFaultExitStatus = 86;
 // Counts one file operation; ends the process when it is the chosen one.
 void CountFileOperation();
 
-// Writes `n` bytes of `data` to `fd` through partial writes and
+// Writes `n` bytes of `data` to `file` through partial writes and
 // interruptions. False with errno set when the host refuses, or when the
 // switch says the process dies (half the bytes reach the file first) or the
 // disk is full (ENOSPC).
-bool WriteAll(int fd, const char* data, std::size_t n);
+bool WriteAll(host::Handle file, const char* data, std::size_t n);
 
 }  // namespace ravelo::platform::faults

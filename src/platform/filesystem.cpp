@@ -1,13 +1,9 @@
-// The file services over POSIX calls. Every Windows-form path is first found
+// The file services over the host's file calls. Every Windows-form path is first found
 // on the host case-insensitively (HostPath); every refusal of the host ends in
 // one of the classic errors through RaiseFor.
 #include "platform/filesystem.hpp"
 
 #include <cctype>
-#include <dirent.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -18,6 +14,7 @@
 
 #include "platform/fault_injection.hpp"
 #include "platform/folder_listings.hpp"
+#include "platform/host_files.hpp"
 #include "platform/host_path.hpp"
 #include "runtime/error.hpp"
 
@@ -66,13 +63,20 @@ bool MatchName(std::string_view pattern, std::string_view name) {
     return false;
 }
 
-bool StatOf(const std::string& hostPath, struct stat& st) {
-    return !HasNul(hostPath) && stat(hostPath.c_str(), &st) == 0;
+// The status of the file at a host path; a link counts as what it points
+// to unless `followLinks` is false.
+bool StatOf(const std::string& hostPath, host::Status& st, bool followLinks = true) {
+    return !HasNul(hostPath) && host::GetStatus(hostPath, st, followLinks);
 }
 
 bool IsFolder(const std::string& hostPath) {
-    struct stat st {};
-    return StatOf(hostPath, st) && S_ISDIR(st.st_mode);
+    host::Status st;
+    return StatOf(hostPath, st) && st.kind == host::Kind::Folder;
+}
+
+bool IsFile(const std::string& hostPath, bool followLinks = true) {
+    host::Status st;
+    return StatOf(hostPath, st, followLinks) && st.kind == host::Kind::File;
 }
 
 // A missing name: "File not found" when its folder is there, else "Path not
@@ -89,76 +93,72 @@ bool IsFolder(const std::string& hostPath) {
     }
 }
 
-int OpenOrRaise(const std::string& hostPath, int flags, mode_t mode = 0666) {
+host::Handle OpenOrRaise(const std::string& hostPath, host::OpenFor mode) {
     CountFileOperation();
     // An open that may create the file changes its folder.
     std::optional<ListingsUpdate> update;
-    if ((flags & O_CREAT) != 0) update.emplace(std::string(), hostPath);
-    int fd;
-    do {
-        fd = open(hostPath.c_str(), flags | O_CLOEXEC, mode);
-    } while (fd < 0 && errno == EINTR);
-    if (update) update->Done(fd >= 0);
-    if (fd < 0) RaiseFor(errno, hostPath);
-    return fd;
+    if (mode != host::OpenFor::Read) update.emplace(std::string(), hostPath);
+    const host::Handle file = host::Open(hostPath, mode);
+    if (update) update->Done(file != host::kNoHandle);
+    if (file == host::kNoHandle) RaiseFor(errno, hostPath);
+    return file;
 }
 
-// rename with the folder listings kept current.
-int Rename(const std::string& from, const std::string& to) {
+// A rename over the target, with the folder listings kept current.
+bool Rename(const std::string& from, const std::string& to) {
     ListingsUpdate update(from, to);
-    const int result = rename(from.c_str(), to.c_str());
-    update.Done(result == 0);
-    return result;
+    const bool renamed = host::RenameOver(from, to);
+    update.Done(renamed);
+    return renamed;
 }
 
-int MakeFolder(const std::string& hostPath) {
+bool MakeFolder(const std::string& hostPath) {
     ListingsUpdate update(std::string(), hostPath);
-    const int result = mkdir(hostPath.c_str(), 0777);
-    update.Done(result == 0);
-    return result;
+    const bool made = host::MakeFolder(hostPath);
+    update.Done(made);
+    return made;
 }
 
-class FdSource final : public ByteSource {
+class FileSource final : public ByteSource {
 public:
-    explicit FdSource(int fd) : fd_(fd) {}
-    ~FdSource() override { close(fd_); }
-    FdSource(const FdSource&) = delete;
-    FdSource& operator=(const FdSource&) = delete;
+    explicit FileSource(host::Handle file) : file_(file) {}
+    ~FileSource() override { host::Close(file_); }
+    FileSource(const FileSource&) = delete;
+    FileSource& operator=(const FileSource&) = delete;
 
+    bool Status(host::Status& st) const { return host::GetStatus(file_, st); }
     bool IsFolder() const {
-        struct stat st {};
-        return fstat(fd_, &st) != 0 || S_ISDIR(st.st_mode);
+        host::Status st;
+        return !Status(st) || st.kind == host::Kind::Folder;
     }
 
     std::size_t Read(char* buf, std::size_t n) override {
-        for (;;) {
-            const ssize_t got = read(fd_, buf, n);
-            if (got >= 0) return static_cast<std::size_t>(got);
-            if (errno != EINTR) Raise(kPathFileAccess);
-        }
+        const std::ptrdiff_t got = host::Read(file_, buf, n);
+        if (got < 0) Raise(kPathFileAccess);
+        return static_cast<std::size_t>(got);
     }
 
 private:
-    int fd_;
+    host::Handle file_;
 };
 
 // Writes straight to an open file.
-class FdSink final : public ByteSink {
+class FileSink final : public ByteSink {
 public:
-    explicit FdSink(int fd) : fd_(fd) {}
-    ~FdSink() override { close(fd_); }
-    FdSink(const FdSink&) = delete;
-    FdSink& operator=(const FdSink&) = delete;
+    explicit FileSink(host::Handle file) : file_(file) {}
+    ~FileSink() override { host::Close(file_); }
+    FileSink(const FileSink&) = delete;
+    FileSink& operator=(const FileSink&) = delete;
 
     void Write(const char* data, std::size_t n) override {
-        if (!faults::WriteAll(fd_, data, n)) RaiseWriteError(errno);
+        if (!faults::WriteAll(file_, data, n)) RaiseWriteError(errno);
     }
     void Flush() override {
-        if (!SyncFd(fd_)) RaiseWriteError(errno);
+        if (!host::Sync(file_)) RaiseWriteError(errno);
     }
 
 private:
-    int fd_;
+    host::Handle file_;
 };
 
 // Names in a folder, "." and ".." left out; `folders` chooses sub-folders or
@@ -166,22 +166,11 @@ private:
 // read has no names.
 std::vector<std::string> FolderEntries(const std::string& folder, bool folders) {
     std::vector<std::string> names;
-    DIR* dir = HasNul(folder) ? nullptr : opendir(folder.c_str());
-    if (dir == nullptr) return names;
-    while (const dirent* entry = readdir(dir)) {
-        const std::string_view name = entry->d_name;
-        if (name == "." || name == "..") continue;
-        bool isFolder = entry->d_type == DT_DIR;
-        bool isFile = entry->d_type == DT_REG;
-        if (entry->d_type == DT_UNKNOWN || entry->d_type == DT_LNK) {
-            struct stat st {};
-            if (!StatOf(Child(folder, name), st)) continue;
-            isFolder = S_ISDIR(st.st_mode);
-            isFile = S_ISREG(st.st_mode);
-        }
-        if (folders ? isFolder : isFile) names.emplace_back(name);
-    }
-    closedir(dir);
+    std::vector<host::Entry> entries;
+    if (HasNul(folder) || !host::ListFolder(folder, entries)) return names;
+    const host::Kind wanted = folders ? host::Kind::Folder : host::Kind::File;
+    for (host::Entry& entry : entries)
+        if (entry.kind == wanted) names.push_back(std::move(entry.name));
     return names;
 }
 
@@ -198,7 +187,7 @@ std::pair<std::string_view, std::string_view> SplitPattern(std::string_view patt
 }
 
 // Everything `reader` has left, written to `out` in large pieces.
-void CopyAll(FdSource& reader, OutputFile& out) {
+void CopyAll(FileSource& reader, OutputFile& out) {
     std::vector<char> buffer(kCopyChunk);
     while (const std::size_t got = reader.Read(buffer.data(), buffer.size()))
         out.Print(std::string_view(buffer.data(), got));
@@ -206,7 +195,7 @@ void CopyAll(FdSource& reader, OutputFile& out) {
 
 // The whole file at `host` written to `out`.
 void CopyInto(const std::string& host, OutputFile& out) {
-    FdSource reader(OpenOrRaise(host, O_RDONLY));   // closes the file
+    FileSource reader(OpenOrRaise(host, host::OpenFor::Read));   // closes the file
     if (reader.IsFolder()) Raise(kPathFileAccess);
     CopyAll(reader, out);
 }
@@ -270,16 +259,16 @@ std::string FileSystem::HostPath(std::string_view winPath) const {
     std::string path = loc.root;
     std::string whole = path;
     for (const auto& part : loc.components) whole = Child(whole, part);
-    struct stat st {};
+    host::Status st;
     // The common case costs one call: the path is there as written. A NUL
     // byte would cut the text short for the host, so such a path is left
     // alone and refused by whatever uses it.
-    if (HasNul(whole) || lstat(whole.c_str(), &st) == 0) return whole;
+    if (HasNul(whole) || host::GetStatus(whole, st, false)) return whole;
 
     for (std::size_t i = 0; i < loc.components.size(); ++i) {
         const std::string& part = loc.components[i];
         std::string exact = Child(path, part);
-        if (lstat(exact.c_str(), &st) == 0) {
+        if (host::GetStatus(exact, st, false)) {
             path = std::move(exact);
         } else if (const auto found = FindNoCase(path, part)) {
             path = Child(path, *found);
@@ -295,9 +284,7 @@ std::string FileSystem::HostPath(std::string_view winPath) const {
 // The existence tests are questions, not operations: a drive that is not
 // mapped holds no file and no folder.
 bool FileSystem::Exists(std::string_view path) const {
-    if (!OnMappedDrive(path)) return false;
-    struct stat st {};
-    return StatOf(HostPath(path), st) && S_ISREG(st.st_mode);
+    return OnMappedDrive(path) && IsFile(HostPath(path));
 }
 
 bool FileSystem::DirExists(std::string_view path) const {
@@ -313,20 +300,18 @@ bool FileSystem::OnMappedDrive(std::string_view path) const {
 std::int64_t FileSystem::FileLen(std::string_view path) const {
     const std::string host = HostPath(path);
     if (HasNul(host)) Raise(kPathFileAccess);
-    struct stat st {};
-    if (stat(host.c_str(), &st) != 0) RaiseFor(errno, host);
-    if (S_ISDIR(st.st_mode)) Raise(kPathFileAccess);
-    return static_cast<std::int64_t>(st.st_size);
+    host::Status st;
+    if (!host::GetStatus(host, st)) RaiseFor(errno, host);
+    if (st.kind == host::Kind::Folder) Raise(kPathFileAccess);
+    return st.size;
 }
 
 bool FileSystem::ReadOnly(std::string_view path) const {
     const std::string host = HostPath(path);
     if (HasNul(host)) Raise(kPathFileAccess);
-    struct stat st {};
-    if (stat(host.c_str(), &st) != 0) RaiseFor(errno, host);
-    // No write bit at all counts too: the super-user may write anyway, but the
-    // file is still marked read-only.
-    return (st.st_mode & 0222) == 0 || faccessat(AT_FDCWD, host.c_str(), W_OK, AT_EACCESS) != 0;
+    host::Status st;
+    if (!host::GetStatus(host, st)) RaiseFor(errno, host);
+    return st.readOnly;
 }
 
 void FileSystem::Kill(std::string_view path) {
@@ -345,9 +330,9 @@ void FileSystem::Kill(std::string_view path) {
     }
     const std::string host = HostPath(path);
     if (HasNul(host)) Raise(kPathFileAccess);
-    struct stat st {};
-    if (lstat(host.c_str(), &st) != 0) RaiseFor(errno, host);
-    if (S_ISDIR(st.st_mode)) Raise(kPathFileAccess);
+    host::Status st;
+    if (!host::GetStatus(host, st, false)) RaiseFor(errno, host);
+    if (st.kind == host::Kind::Folder) Raise(kPathFileAccess);
     CountFileOperation();
     if (Unlink(host) != 0) RaiseFor(errno, host);
 }
@@ -357,15 +342,12 @@ void FileSystem::FileCopy(std::string_view from, std::string_view to) {
     const std::string source = HostPath(from);
     const std::string target = HostPath(to);
     if (HasNul(source) || HasNul(target)) Raise(kPathFileAccess);
-    const int in = OpenOrRaise(source, O_RDONLY);
-    FdSource reader(in);   // closes `in`
-    struct stat st {};
-    if (reader.IsFolder() || fstat(in, &st) != 0) Raise(kPathFileAccess);
+    FileSource reader(OpenOrRaise(source, host::OpenFor::Read));   // closes the file
+    host::Status st;
+    if (!reader.Status(st) || st.kind == host::Kind::Folder) Raise(kPathFileAccess);
     // Copying a file onto itself would empty it before reading it.
-    struct stat targetSt {};
-    if (stat(target.c_str(), &targetSt) == 0 && targetSt.st_dev == st.st_dev && targetSt.st_ino == st.st_ino) {
-        Raise(kPathFileAccess);
-    }
+    host::Status targetSt;
+    if (host::GetStatus(target, targetSt) && host::SameFile(targetSt, st)) Raise(kPathFileAccess);
     // The copy appears whole or not at all: it is written beside the target
     // and renamed over it, so an interrupted copy never leaves a part.
     Replacement copy(PendingSink::Create(target, true));
@@ -377,19 +359,19 @@ void FileSystem::Name(std::string_view from, std::string_view to) {
     const std::string source = HostPath(from);
     std::string target = HostPath(to);
     if (HasNul(source) || HasNul(target)) Raise(kPathFileAccess);
-    struct stat st {};
-    if (lstat(source.c_str(), &st) != 0) RaiseFor(errno, source);
-    struct stat targetSt {};
-    if (lstat(target.c_str(), &targetSt) == 0) {
+    host::Status st;
+    if (!host::GetStatus(source, st, false)) RaiseFor(errno, source);
+    host::Status targetSt;
+    if (host::GetStatus(target, targetSt, false)) {
         // The target name found in another case may be the source itself: a
         // change of case only, which takes the case given.
-        if (targetSt.st_dev != st.st_dev || targetSt.st_ino != st.st_ino) Raise(kPathFileAccess);
+        if (!host::SameFile(targetSt, st)) Raise(kPathFileAccess);
         target = Child(Parent(target), SplitPattern(to).second);
         if (target == source) return;
     }
     CountFileOperation();
-    if (Rename(source, target) == 0) return;
-    if (errno != EXDEV || S_ISDIR(st.st_mode)) RaiseFor(errno, errno == ENOENT ? target : source);
+    if (Rename(source, target)) return;
+    if (errno != EXDEV || st.kind == host::Kind::Folder) RaiseFor(errno, errno == ENOENT ? target : source);
     // A file moves to another file system as a copy and a delete, as the
     // classic Name moves a file to another drive.
     FileCopy(from, to);
@@ -399,7 +381,7 @@ void FileSystem::Name(std::string_view from, std::string_view to) {
 void FileSystem::MkDir(std::string_view path) {
     const std::string host = HostPath(path);
     if (HasNul(host)) Raise(kPathFileAccess);
-    if (MakeFolder(host) != 0) {
+    if (!MakeFolder(host)) {
         // ENOENT here is the folder above that is missing.
         Raise(errno == ENOENT || errno == ENOTDIR ? kPathNotFound : kPathFileAccess);
     }
@@ -415,7 +397,7 @@ void FileSystem::MkDirs(std::string_view path) {
         const std::string prefix = host.substr(0, end);
         next = end + 1;
         if (IsFolder(prefix)) continue;
-        if (MakeFolder(prefix) != 0 && !(errno == EEXIST && IsFolder(prefix))) {
+        if (!MakeFolder(prefix) && !(errno == EEXIST && IsFolder(prefix))) {
             Raise(kPathFileAccess);   // a file in the way, or no permission
         }
     }
@@ -427,9 +409,8 @@ std::vector<std::string> FileSystem::Dir(std::string_view pattern) const {
     std::vector<std::string> names;
     if (HasNul(hostFolder) || HasNul(name)) return names;
     if (!HasWildcard(name) && !name.empty()) {
-        struct stat st {};
         const std::string host = HostPath(pattern);
-        if (StatOf(host, st) && S_ISREG(st.st_mode)) names.push_back(BaseName(host));
+        if (IsFile(host)) names.push_back(BaseName(host));
         return names;
     }
     // A folder alone ("C:\data\") names all its files. Hidden names (leading
@@ -453,7 +434,7 @@ std::vector<std::string> FileSystem::SubDirs(std::string_view folder) const {
 InputFile FileSystem::OpenInput(std::string_view path) const {
     const std::string host = HostPath(path);
     if (HasNul(host)) Raise(kPathFileAccess);
-    auto source = std::make_unique<FdSource>(OpenOrRaise(host, O_RDONLY));
+    auto source = std::make_unique<FileSource>(OpenOrRaise(host, host::OpenFor::Read));
     // A folder opens for reading on POSIX but is no file.
     if (source->IsFolder()) Raise(kPathFileAccess);
     return InputFile(std::move(source));
@@ -469,15 +450,15 @@ OutputFile FileSystem::OpenAppend(std::string_view path) {
     // A copy of the file with the new text after it, put in place when
     // closed; flushed to disk first when it holds what the file held.
     const std::string host = CheckedHostPath(path);
-    struct stat st {};
-    const bool hasContent = lstat(host.c_str(), &st) == 0 && st.st_size > 0;
+    host::Status st;
+    const bool hasContent = host::GetStatus(host, st, false) && st.size > 0;
     OutputFile file(PendingSink::Create(host, hasContent));
     if (hasContent) CopyInto(host, file);
     return file;
 }
 
 OutputFile FileSystem::AppendInPlace(std::string_view path) {
-    return OutputFile(std::make_unique<FdSink>(OpenOrRaise(CheckedHostPath(path), O_WRONLY | O_CREAT | O_APPEND)));
+    return OutputFile(std::make_unique<FileSink>(OpenOrRaise(CheckedHostPath(path), host::OpenFor::Append)));
 }
 
 void FileSystem::ReplaceFile(std::string_view path, std::string_view content) {
@@ -489,7 +470,7 @@ void FileSystem::ReplaceFile(std::string_view path, std::string_view content) {
 Replacement FileSystem::OpenExtension(std::string_view path) {
     const std::string host = CheckedHostPath(path);
     Replacement extension(PendingSink::Create(host, true));
-    if (struct stat st {}; lstat(host.c_str(), &st) == 0) CopyInto(host, extension.File());
+    if (host::Status st; host::GetStatus(host, st, false)) CopyInto(host, extension.File());
     return extension;
 }
 

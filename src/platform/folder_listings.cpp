@@ -1,8 +1,5 @@
 #include "platform/folder_listings.hpp"
 
-#include <dirent.h>
-#include <sys/stat.h>
-
 #include <cerrno>
 #include <map>
 #include <mutex>
@@ -10,6 +7,7 @@
 #include <set>
 #include <unordered_map>
 
+#include "platform/host_files.hpp"
 #include "platform/host_path.hpp"
 
 namespace ravelo::platform {
@@ -33,15 +31,11 @@ std::string Folded(std::string_view name) {
 // What tells one state of a folder from another, as bytes that compare
 // whole; empty when the folder cannot be looked at.
 std::string StampOf(const std::string& folder) {
-    struct stat st {};
-    if (folder.find('\0') != std::string::npos || stat(folder.c_str(), &st) != 0 || !S_ISDIR(st.st_mode))
+    host::Status st;
+    if (folder.find('\0') != std::string::npos || !host::GetStatus(folder, st) || st.kind != host::Kind::Folder)
         return {};
-    const long long fields[] = {static_cast<long long>(st.st_dev),
-                                static_cast<long long>(st.st_ino),
-                                st.st_mtim.tv_sec,
-                                st.st_mtim.tv_nsec,
-                                st.st_ctim.tv_sec,
-                                st.st_ctim.tv_nsec};
+    const long long fields[] = {static_cast<long long>(st.device), static_cast<long long>(st.node),
+                                static_cast<long long>(st.modified), static_cast<long long>(st.changed)};
     return std::string(reinterpret_cast<const char*>(fields), sizeof fields);
 }
 
@@ -125,13 +119,9 @@ private:
         Listing listing;
         // Taken before the reading: a change while reading shows next time.
         listing.stamp = stamp;
-        DIR* dir = opendir(folder.c_str());
-        if (dir == nullptr) return listing;
-        while (const dirent* entry = readdir(dir)) {
-            const std::string_view name = entry->d_name;
-            if (name != "." && name != "..") listing.Add(std::string(name));
-        }
-        closedir(dir);
+        std::vector<host::Entry> entries;
+        host::ListFolder(folder, entries);
+        for (const host::Entry& entry : entries) listing.Add(entry.name);
         return listing;
     }
 

@@ -2,13 +2,10 @@
 // command line into the Windows-form one that the program reads.
 #include "platform/paths.hpp"
 
-#include <pwd.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdlib>
 
+#include "platform/host_files.hpp"
 #include "runtime/error.hpp"
 
 namespace ravelo::platform {
@@ -54,20 +51,11 @@ std::string JoinHost(const std::string& root, const std::vector<std::string>& pa
     return out.empty() ? std::string("/") : out;
 }
 
-std::string WorkingDirectory() {
-    std::string buf(4096, '\0');
-    while (getcwd(buf.data(), buf.size()) == nullptr) {
-        if (errno != ERANGE) return "/";   // the folder was removed under us
-        buf.resize(buf.size() * 2);
-    }
-    return std::string(buf.c_str());
-}
+std::string WorkingDirectory() { return host::WorkingFolder(); }
 
 std::string HomeDirectory() {
     std::string home = Getenv("HOME");
-    if (!home.empty()) return home;
-    if (const passwd* pw = getpwuid(getuid()); pw != nullptr && pw->pw_dir != nullptr) return pw->pw_dir;
-    return "/";
+    return home.empty() ? host::HomeFolder() : home;
 }
 
 // A drive's folder as an absolute, normalised host path without a trailing
@@ -230,9 +218,8 @@ std::string JoinCommandLine(const DriveMap& drives, int argc, const char* const*
         } else if (const auto slash = arg.rfind('/'); slash != std::string::npos) {
             // Only a path whose folder is really there: "http://x/y" has the
             // folder "http:", which is not, so a URL passes unchanged.
-            struct stat st {};
-            const std::string folder = arg.substr(0, slash);
-            slashesToBackslashes = stat(folder.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+            host::Status st;
+            slashesToBackslashes = host::GetStatus(arg.substr(0, slash), st) && st.kind == host::Kind::Folder;
         }
         if (slashesToBackslashes) {
             for (char& c : arg) {

@@ -1,14 +1,7 @@
 #include "platform/pending_file.hpp"
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <signal.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <atomic>
 #include <cerrno>
-#include <cstdio>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -25,20 +18,9 @@ namespace {
 constexpr std::string_view kTempMark = ".ravelo-tmp-";
 
 bool IsFolder(const std::string& hostPath) {
-    struct stat st {};
-    return stat(hostPath.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+    host::Status status;
+    return host::GetStatus(hostPath, status) && status.kind == host::Kind::Folder;
 }
-
-
-// Makes a change of `folder`'s entries durable. Some file systems cannot sync
-// a folder; the change itself has happened by then, so failures are ignored.
-void SyncFolder(const std::string& folder) {
-    const int fd = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd < 0) return;
-    fsync(fd);
-    close(fd);
-}
-
 
 // A fresh hidden name beside the target. The process id and a counter keep
 // two files apart; the target's name is cut so that the whole name stays
@@ -46,12 +28,12 @@ void SyncFolder(const std::string& folder) {
 std::string TempNameFor(const std::string& target) {
     static std::atomic<unsigned> counter{0};
     return Child(Parent(target), "." + BaseName(target).substr(0, 160) + std::string(kTempMark) +
-                                     std::to_string(getpid()) + "-" + std::to_string(counter++));
+                                     std::to_string(host::ProcessId()) + "-" + std::to_string(counter++));
 }
 
 // The process id in a name this program gives its pending files, 0 when the
 // name is not one of them.
-pid_t PendingFileOwner(std::string_view name) {
+long PendingFileOwner(std::string_view name) {
     const auto mark = name.rfind(kTempMark);
     if (name.empty() || name[0] != '.' || mark == std::string_view::npos || mark == 0) return 0;
     std::string_view rest = name.substr(mark + kTempMark.size());
@@ -64,7 +46,7 @@ pid_t PendingFileOwner(std::string_view name) {
         if (c < '0' || c > '9') return 0;
         if (i < dash && (pid = pid * 10 + (c - '0')) > 0x7fffffff) return 0;
     }
-    return static_cast<pid_t>(pid);
+    return static_cast<long>(pid);
 }
 
 // Removes from `folder`, once per process, the pending files that killed
@@ -73,151 +55,124 @@ pid_t PendingFileOwner(std::string_view name) {
 void SweepLeftovers(const std::string& folder) {
     static std::set<std::string> swept;
     if (!swept.insert(folder).second) return;
-    DIR* dir = opendir(folder.c_str());
-    if (dir == nullptr) return;
-    std::vector<std::string> gone;
-    while (const dirent* entry = readdir(dir)) {
-        const pid_t owner = PendingFileOwner(entry->d_name);
-        if (owner <= 0 || owner == getpid()) continue;
-        if (kill(owner, 0) != 0 && errno == ESRCH) gone.push_back(Child(folder, entry->d_name));
-    }
-    closedir(dir);
-    for (const std::string& path : gone) {
-        struct stat st {};
-        if (lstat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode)) Unlink(path);
+    std::vector<host::Entry> entries;
+    if (!host::ListFolder(folder, entries)) return;
+    for (const host::Entry& entry : entries) {
+        const long owner = PendingFileOwner(entry.name);
+        if (owner <= 0 || owner == host::ProcessId() || !host::ProcessEnded(owner)) continue;
+        const std::string path = Child(folder, entry.name);
+        host::Status status;
+        if (host::GetStatus(path, status, false) && status.kind == host::Kind::File) Unlink(path);
     }
 }
 
-// Whether an unnamed file can be given a name later: through /proc, which
-// any process may use (linking the descriptor itself needs privileges).
-bool CanNameUnnamedFiles() {
-    static const bool can = access("/proc/self/fd", X_OK) == 0;
-    return can;
-}
-
-// Gives the unnamed file that `proc` (its /proc/self/fd entry) names the
-// name `path`; fails with EEXIST when that name is taken. The caller keeps
-// the folder listings up to date.
-bool Link(const char* proc, const std::string& path) {
-    return linkat(AT_FDCWD, proc, AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
-}
-
-// Opens a new file in `folder`: unnamed where the host allows it (the second
-// of the pair empty), else under a fresh hidden name.
-std::pair<int, std::string> OpenBeside(const std::string& target) {
-    const std::string folder = Parent(target);
-    if (CanNameUnnamedFiles()) {
-        int fd;
-        do {
-            fd = open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
-        } while (fd < 0 && errno == EINTR);
-        if (fd >= 0) return {fd, std::string()};
-        // A file system or kernel without unnamed files says so in one of
-        // these ways; anything else is a refusal of the folder.
-        if (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL) Raise(kPathFileAccess);
-    }
+// Opens a new file beside `target`: unnamed where the host allows it (the
+// second of the pair empty), else under a fresh hidden name.
+std::pair<host::Handle, std::string> OpenBeside(const std::string& target) {
+    const host::Handle unnamed = host::CreateUnnamed(Parent(target));
+    if (unnamed != host::kNoHandle) return {unnamed, std::string()};
+    if (errno != EOPNOTSUPP) Raise(kPathFileAccess);
     for (;;) {
         std::string temp = TempNameFor(target);
         ListingsUpdate update(std::string(), temp);
-        const int fd = open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        update.Done(fd >= 0);
-        if (fd >= 0) return {fd, std::move(temp)};
+        const host::Handle file = host::CreateNew(temp);
+        update.Done(file != host::kNoHandle);
+        if (file != host::kNoHandle) return {file, std::move(temp)};
         if (errno != EEXIST && errno != EINTR) Raise(kPathFileAccess);
     }
 }
 
 // Refuses a target that cannot be written: a missing folder 76; a NUL byte,
-// a folder in the way, or a read-only file 75. Gives the mode bits of the
-// file that is there, if any.
-std::optional<mode_t> CheckTarget(const std::string& target) {
+// a folder in the way, or a read-only file 75. Gives the status of the file
+// that is there, if any.
+std::optional<host::Status> CheckTarget(const std::string& target) {
     if (target.find('\0') != std::string::npos) Raise(kPathFileAccess);
     if (!IsFolder(Parent(target))) Raise(kPathNotFound);
-    struct stat st {};
-    if (stat(target.c_str(), &st) != 0) return std::nullopt;
-    if (S_ISDIR(st.st_mode) || faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) Raise(kPathFileAccess);
-    return st.st_mode & 07777;
+    host::Status status;
+    if (!host::GetStatus(target, status)) return std::nullopt;
+    if (status.kind == host::Kind::Folder || status.readOnly) Raise(kPathFileAccess);
+    return status;
 }
 
 }  // namespace
 
-bool SyncFd(int fd) { return fsync(fd) == 0 || errno == EINVAL || errno == EROFS; }
-
 int Unlink(const std::string& hostPath) {
     ListingsUpdate update(hostPath, std::string());
-    const int result = unlink(hostPath.c_str());
-    update.Done(result == 0);
-    return result;
+    const bool removed = host::Remove(hostPath);
+    update.Done(removed);
+    return removed ? 0 : -1;
 }
 
 void RaiseWriteError(int error) {
-    Raise(error == ENOSPC || error == EDQUOT ? kDiskFull : kPathFileAccess);
+#ifdef EDQUOT
+    if (error == EDQUOT) Raise(kDiskFull);
+#endif
+    Raise(error == ENOSPC ? kDiskFull : kPathFileAccess);
 }
 
 std::unique_ptr<PendingSink> PendingSink::Create(const std::string& target, bool durable) {
-    const std::optional<mode_t> mode = CheckTarget(target);
+    const std::optional<host::Status> existing = CheckTarget(target);
     SweepLeftovers(Parent(target));
     faults::CountFileOperation();
-    auto [fd, temp] = OpenBeside(target);
-    if (mode) fchmod(fd, *mode);   // best effort, as a copy would
-    auto sink = std::unique_ptr<PendingSink>(new PendingSink(fd, std::move(temp), target, durable));
-    sink->replaces_ = mode.has_value();
+    auto [file, temp] = OpenBeside(target);
+    if (existing) host::CopyPermissions(file, *existing);   // best effort, as a copy would
+    auto sink = std::unique_ptr<PendingSink>(new PendingSink(file, std::move(temp), target, durable));
+    sink->replaces_ = existing.has_value();
     return sink;
 }
 
 void PendingSink::Retarget(const std::string& target) {
     if (Parent(target) != Parent(target_)) Raise(kPathFileAccess);
-    const std::optional<mode_t> mode = CheckTarget(target);
-    if (mode && fd_ >= 0) fchmod(fd_, *mode);
+    const std::optional<host::Status> existing = CheckTarget(target);
+    if (existing && file_ != host::kNoHandle) host::CopyPermissions(file_, *existing);
     target_ = target;
-    replaces_ = mode.has_value();
+    replaces_ = existing.has_value();
 }
 
-PendingSink::PendingSink(int fd, std::string temp, std::string target, bool durable)
-    : fd_(fd), temp_(std::move(temp)), target_(std::move(target)), durable_(durable) {}
+PendingSink::PendingSink(host::Handle file, std::string temp, std::string target, bool durable)
+    : file_(file), temp_(std::move(temp)), target_(std::move(target)), durable_(durable) {}
 
 PendingSink::~PendingSink() { Abandon(); }
 
 void PendingSink::Abandon() noexcept {
-    if (fd_ >= 0) close(fd_);
-    fd_ = -1;
+    if (file_ != host::kNoHandle) host::Close(file_);
+    file_ = host::kNoHandle;
     if (!temp_.empty()) Unlink(temp_);
     temp_.clear();
 }
 
 void PendingSink::Write(const char* data, std::size_t n) {
     if (discarded_) return;
-    if (failure_ != 0 || fd_ < 0) RaiseWriteError(failure_);
-    if (!faults::WriteAll(fd_, data, n)) {
+    if (failure_ != 0 || file_ == host::kNoHandle) RaiseWriteError(failure_);
+    if (!faults::WriteAll(file_, data, n)) {
         failure_ = errno;
         RaiseWriteError(failure_);
     }
 }
 
 void PendingSink::Flush() {
-    if (discarded_ || fd_ < 0) return;
-    if (failure_ == 0 && !SyncFd(fd_)) failure_ = errno;
+    if (discarded_ || file_ == host::kNoHandle) return;
+    if (failure_ == 0 && !host::Sync(file_)) failure_ = errno;
     if (failure_ != 0) RaiseWriteError(failure_);
 }
 
 void PendingSink::Close() {
-    if (discarded_ || fd_ < 0) return;
+    if (discarded_ || file_ == host::kNoHandle) return;
     if (failure_ != 0) RaiseWriteError(failure_);
     Commit();
 }
 
 void PendingSink::Commit() {
-    if (durable_ && !SyncFd(fd_)) {
+    if (durable_ && !host::Sync(file_)) {
         failure_ = errno;
         RaiseWriteError(failure_);
     }
     faults::CountFileOperation();
     ListingsUpdate update(temp_, target_);
     if (temp_.empty()) {
-        char proc[48];
-        std::snprintf(proc, sizeof proc, "/proc/self/fd/%d", fd_);
         // A target that is not there takes the file's name at once, with no
         // moment at which a kill could leave a second name behind.
-        if (!replaces_ && Link(proc, target_)) {
+        if (!replaces_ && host::NameUnnamed(file_, target_)) {
             update.Done(true);
             CloseAfterCommit();
             return;
@@ -232,7 +187,7 @@ void PendingSink::Commit() {
         }
         for (;;) {
             std::string temp = TempNameFor(target_);
-            if (Link(proc, temp)) {
+            if (host::NameUnnamed(file_, temp)) {
                 temp_ = std::move(temp);
                 break;
             }
@@ -242,7 +197,7 @@ void PendingSink::Commit() {
             }
         }
     }
-    const bool renamed = rename(temp_.c_str(), target_.c_str()) == 0;
+    const bool renamed = host::RenameOver(temp_, target_);
     update.Done(renamed);
     if (!renamed) Raise(kPathFileAccess);   // the destructor removes the file
     temp_.clear();
@@ -252,8 +207,8 @@ void PendingSink::Commit() {
 void PendingSink::CloseAfterCommit() {
     // close() interrupted has still closed the file; its other failures are
     // write errors reported late.
-    const bool closed = close(std::exchange(fd_, -1)) == 0 || errno == EINTR;
-    if (durable_) SyncFolder(Parent(target_));
+    const bool closed = host::Close(std::exchange(file_, host::kNoHandle));
+    if (durable_) host::SyncFolder(Parent(target_));
     if (!closed) {
         failure_ = errno;
         RaiseWriteError(failure_);

@@ -15,13 +15,12 @@
 #include <memory>
 #include <string>
 
+#include "platform/host_files.hpp"
 #include "runtime/sequential.hpp"
 
 namespace ravelo::platform {
 
-// fsync, where the file supports it (a pipe or a terminal needs nothing).
-bool SyncFd(int fd);
-// unlink with the folder listings kept current.
+// Removes a file, with the folder listings kept current; 0 or -1 (errno).
 int Unlink(const std::string& hostPath);
 
 // The error of a write the host refused: 61 "Disk full" when it is out of
@@ -54,12 +53,12 @@ public:
     void Retarget(const std::string& target);
 
 private:
-    PendingSink(int fd, std::string temp, std::string target, bool durable);
+    PendingSink(host::Handle file, std::string temp, std::string target, bool durable);
     void Commit();
     void CloseAfterCommit();
     void Abandon() noexcept;
 
-    int fd_;
+    host::Handle file_;
     std::string temp_;     // its hidden name; empty while it has none
     std::string target_;
     bool durable_;
