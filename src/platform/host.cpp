@@ -1,10 +1,8 @@
-// The environment strings, the system clock and the host shell.
+// The environment strings, the system clock and the wait scale: what every
+// host shares (the rest is in platform/posix/host.cpp and platform/win32/host.cpp).
 #include "platform/host.hpp"
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include "platform/host_local.hpp"
 
 #include <cerrno>
 #include <charconv>
@@ -14,48 +12,14 @@
 #include <ctime>
 #include <thread>
 
-extern char** environ;   // the process environment, in its order
-
 namespace ravelo::platform {
 namespace {
 
 bool StartsWith(std::string_view s, std::string_view prefix) { return s.substr(0, prefix.size()) == prefix; }
 
-// Local time now, with the fraction of the current second.
-std::pair<std::tm, double> LocalNow() {
-    const auto now = std::chrono::system_clock::now();
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-    const auto fraction = now - std::chrono::system_clock::from_time_t(seconds);
-    std::tm local{};
-    localtime_r(&seconds, &local);
-    return {local, std::chrono::duration<double>(fraction).count()};
-}
-
 }  // namespace
 
 // ---- Environment -----------------------------------------------------------
-
-Environment Environment::FromProcess(const DriveMap& drives) {
-    std::vector<std::string> strings;
-    bool haveTemp = false;
-    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
-        std::string text = *entry;
-        if (StartsWith(text, "TEMP=")) {
-            const std::string value = text.substr(5);
-            // An empty TEMP names no folder; it is treated as missing.
-            if (value.empty()) continue;
-            haveTemp = true;
-            if (value[0] == '/') text = "TEMP=" + drives.ToWindows(value);
-        }
-        strings.push_back(std::move(text));
-    }
-    if (!haveTemp) {
-        const char* tmpdir = std::getenv("TMPDIR");
-        const std::string folder = tmpdir != nullptr && tmpdir[0] == '/' ? tmpdir : "/tmp";
-        strings.push_back("TEMP=" + drives.ToWindows(folder));
-    }
-    return Environment(std::move(strings));
-}
 
 Environment::Environment(std::vector<std::string> strings) : strings_(std::move(strings)) {}
 
@@ -92,45 +56,6 @@ Date SystemClock::Today() {
 }
 
 void SystemClock::Idle() { std::this_thread::sleep_for(std::chrono::milliseconds(1)); }
-
-// ---- SystemShell -----------------------------------------------------------
-
-SystemShell::~SystemShell() {
-    for (const long pid : started_) {
-        int status = 0;
-        waitpid(static_cast<pid_t>(pid), &status, WNOHANG);
-    }
-}
-
-long SystemShell::Start(const std::string& commandLine) {
-    posix_spawn_file_actions_t actions;
-    if (posix_spawn_file_actions_init(&actions) != 0) return 0;
-    // The command reads nothing from us; and no descriptor of ours other than
-    // standard output and error reaches it, whoever opened it.
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-#if defined(__GLIBC__) && (__GLIBC__ > 2 || (__GLIBC__ == 2 && __GLIBC_MINOR__ >= 34))
-    posix_spawn_file_actions_addclosefrom_np(&actions, 3);
-#endif
-    // posix_spawn takes a mutable argument array but never changes it.
-    char sh[] = "sh";
-    char dashC[] = "-c";
-    std::string command = commandLine;
-    char* const argv[] = {sh, dashC, command.data(), nullptr};
-    pid_t pid = 0;
-    const int failed = posix_spawn(&pid, "/bin/sh", &actions, nullptr, argv, environ);
-    posix_spawn_file_actions_destroy(&actions);
-    if (failed != 0 || pid <= 0) return 0;
-    started_.insert(pid);
-    return pid;
-}
-
-void SystemShell::Wait(long processId) {
-    // Only our own children: waitpid on 0 or -1 would wait for any child.
-    if (started_.erase(processId) == 0) return;
-    int status = 0;
-    while (waitpid(static_cast<pid_t>(processId), &status, 0) < 0 && errno == EINTR) {
-    }
-}
 
 // ---- Wait scale --------------------------------------------------------------
 
