@@ -18,10 +18,11 @@ public:
     virtual bool DownloadToFile(const std::string& address, const std::string& target) = 0;
 };
 
-// Downloads with libcurl: redirects followed, HTTP errors count as failures.
-class CurlDownloader final : public Downloader {
+// Downloads with the host's library (libcurl on POSIX, WinHTTP on Windows):
+// redirects followed, HTTP errors count as failures.
+class HostDownloader final : public Downloader {
 public:
-    explicit CurlDownloader(FileSystem& files);
+    explicit HostDownloader(FileSystem& files);
     bool DownloadToFile(const std::string& address, const std::string& target) override;
 
 private:

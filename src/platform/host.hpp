@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <set>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -77,7 +77,9 @@ public:
     void Wait(long processId) override;
 
 private:
-    std::set<long> started_;   // processes started and not yet waited for
+    // Processes started and not yet waited for: id -> the host's handle (on
+    // Windows; 0 elsewhere).
+    std::map<long, std::intptr_t> started_;
 };
 
 // The timed-pause multiplier from RAVELO_WAIT_SCALE (default 1; a text that

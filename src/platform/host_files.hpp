@@ -67,6 +67,8 @@ bool ListFolder(const std::string& folder, std::vector<Entry>& entries);
 // database gives it.
 std::string WorkingFolder();
 std::string HomeFolder();
+// The letters of the host's own drives ("CDZ"; none on POSIX).
+std::string DriveLetters();
 
 // ---- What whole-file replacement needs ----
 

@@ -1,5 +1,6 @@
-// Cutting and joining host paths ("/" separated, absolute), for the platform
-// layer's own use.
+// Cutting and joining host paths ("/" separated, absolute: from "/" on POSIX,
+// from a drive's root such as "C:/" on Windows), for the platform layer's
+// own use.
 #pragma once
 
 #include <string>
@@ -7,10 +8,11 @@
 
 namespace ravelo::platform {
 
-// The folder of a host path; "/" for a name in the root.
+// The folder of a host path; the root ("/", "C:/") for a name in the root.
 inline std::string Parent(const std::string& hostPath) {
     const auto slash = hostPath.rfind('/');
     if (slash == std::string::npos || slash == 0) return "/";
+    if (slash == 2 && hostPath[1] == ':') return hostPath.substr(0, 3);
     return hostPath.substr(0, slash);
 }
 
@@ -21,8 +23,8 @@ inline std::string BaseName(const std::string& hostPath) {
 }
 
 inline std::string Child(const std::string& folder, std::string_view name) {
-    std::string out = folder == "/" ? std::string() : folder;
-    out += '/';
+    std::string out = folder;
+    if (out.empty() || out.back() != '/') out += '/';
     out += name;
     return out;
 }

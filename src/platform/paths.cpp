@@ -12,10 +12,19 @@ namespace ravelo::platform {
 namespace {
 
 bool IsSeparator(char c) { return c == '\\' || c == '/'; }
+// A path that starts with "/" is a host path typed as it stands on POSIX; on
+// Windows it is a path from the current drive's root.
+#ifdef _WIN32
+constexpr bool kHostPathsFromSlash = false;
+#else
+constexpr bool kHostPathsFromSlash = true;
+#endif
 bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 char Upper(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c; }
 // "C:..." (any case).
 bool HasDrive(std::string_view path) { return path.size() >= 2 && IsLetter(path[0]) && path[1] == ':'; }
+
+std::string WorkingDirectory() { return host::WorkingFolder(); }
 
 std::string Getenv(const char* name) {
     const char* value = std::getenv(name);
@@ -42,18 +51,37 @@ void ApplyComponents(std::vector<std::string>& parts, std::string_view text) {
     }
 }
 
-std::string JoinHost(const std::string& root, const std::vector<std::string>& parts) {
-    std::string out = root == "/" ? std::string() : root;
+// The root that an absolute host path starts from: "/", or a drive's root
+// ("C:/") on Windows; empty for a relative path.
+std::string_view HostRoot(std::string_view hostPath) {
+    if (!hostPath.empty() && hostPath[0] == '/') return hostPath.substr(0, 1);
+#ifdef _WIN32
+    if (HasDrive(hostPath) && (hostPath.size() == 2 || IsSeparator(hostPath[2]))) return hostPath.substr(0, 3);
+#endif
+    return {};
+}
+
+std::string JoinHost(std::string_view root, const std::vector<std::string>& parts) {
+    std::string out(root);
+    if (out.size() == 2) out += '/';   // "C:" is the drive's root "C:/"
     for (const auto& part : parts) {
-        out += '/';
+        if (!out.empty() && out.back() != '/') out += '/';
         out += part;
     }
     return out.empty() ? std::string("/") : out;
 }
 
-std::string WorkingDirectory() { return host::WorkingFolder(); }
+// The components of a host path, absolute from the working directory; a
+// drive ("C:") is the first of them on Windows.
+std::vector<std::string> AbsoluteComponents(std::string_view hostPath) {
+    std::vector<std::string> parts;
+    if (HostRoot(hostPath).empty()) ApplyComponents(parts, WorkingDirectory());
+    ApplyComponents(parts, hostPath);
+    return parts;
+}
 
-std::string HomeDirectory() {
+
+[[maybe_unused]] std::string HomeDirectory() {
     std::string home = Getenv("HOME");
     return home.empty() ? host::HomeFolder() : home;
 }
@@ -61,9 +89,15 @@ std::string HomeDirectory() {
 // A drive's folder as an absolute, normalised host path without a trailing
 // "/"; a relative setting counts from the working directory.
 std::string NormalFolder(std::string_view folder) {
-    std::vector<std::string> parts;
-    if (folder.empty() || folder[0] != '/') ApplyComponents(parts, WorkingDirectory());
-    ApplyComponents(parts, folder);
+    std::vector<std::string> parts = AbsoluteComponents(folder);
+#ifdef _WIN32
+    // The drive comes first: "C:" and the rest below its root.
+    if (!parts.empty() && HasDrive(parts[0])) {
+        const std::string drive = parts[0];
+        parts.erase(parts.begin());
+        return JoinHost(drive, parts);
+    }
+#endif
     return JoinHost("/", parts);
 }
 
@@ -85,11 +119,16 @@ DriveMap::Location ParseCurrent(std::string_view currentDir) {
 
 DriveMap DriveMap::FromEnvironment() {
     DriveMap map;
+#ifdef _WIN32
+    // Drives are the host's own.
+    for (const char letter : host::DriveLetters()) map.Set(letter, std::string{letter, ':', '/'});
+#else
     std::string dataHome = Getenv("XDG_DATA_HOME");
     // An empty or relative XDG_DATA_HOME is invalid and so ignored.
     if (dataHome.empty() || dataHome[0] != '/') dataHome = HomeDirectory() + "/.local/share";
     map.Set('C', dataHome + "/ravelo/drive_c");
     map.Set('Z', "/");
+#endif
     for (char letter = 'A'; letter <= 'Z'; ++letter) {
         const std::string name = std::string("RAVELO_DRIVE_") + letter;
         if (const char* value = std::getenv(name.c_str()); value != nullptr && *value != '\0') {
@@ -126,7 +165,7 @@ std::string DriveMap::Letters() const {
 
 DriveMap::Location DriveMap::Locate(std::string_view winPath, std::string_view currentDir) const {
     Location loc;
-    if (!winPath.empty() && winPath[0] == '/') {
+    if (!winPath.empty() && winPath[0] == '/' && !HostRoot(winPath).empty() && kHostPathsFromSlash) {
         ApplyComponents(loc.components, winPath);
     } else if (HasDrive(winPath)) {
         const std::string_view rest = winPath.substr(2);
@@ -161,9 +200,7 @@ std::string DriveMap::ToHost(std::string_view winPath, std::string_view currentD
 }
 
 std::string DriveMap::ToWindows(std::string_view hostPath) const {
-    std::vector<std::string> parts;
-    if (hostPath.empty() || hostPath[0] != '/') ApplyComponents(parts, WorkingDirectory());
-    ApplyComponents(parts, hostPath);
+    const std::vector<std::string> parts = AbsoluteComponents(hostPath);
 
     // The number of leading components that a drive's folder takes, when the
     // folder holds the path.

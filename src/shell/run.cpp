@@ -67,7 +67,7 @@ Services ServicesFromEnvironment(const DesktopHostFactory& desktop) {
     services.clock = std::make_unique<platform::SystemClock>();
     services.ui = HostFromEnvironment(desktop);
     services.shell = std::make_unique<platform::SystemShell>();
-    services.downloader = std::make_unique<platform::CurlDownloader>(*services.files);
+    services.downloader = std::make_unique<platform::HostDownloader>(*services.files);
     services.waitScale = platform::WaitScaleFromEnvironment();
     return services;
 }

@@ -35,9 +35,9 @@ struct CurlDeleter {
 
 }  // namespace
 
-CurlDownloader::CurlDownloader(FileSystem& files) : files_(files) {}
+HostDownloader::HostDownloader(FileSystem& files) : files_(files) {}
 
-bool CurlDownloader::DownloadToFile(const std::string& address, const std::string& target) {
+bool HostDownloader::DownloadToFile(const std::string& address, const std::string& target) {
     if (address.empty() || target.empty()) return false;
     InitialiseCurlOnce();
     std::unique_ptr<CURL, CurlDeleter> curl(curl_easy_init());

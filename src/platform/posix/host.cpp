@@ -51,7 +51,7 @@ Environment Environment::FromProcess(const DriveMap& drives) {
 // ---- SystemShell -----------------------------------------------------------
 
 SystemShell::~SystemShell() {
-    for (const long pid : started_) {
+    for (const auto& [pid, unused] : started_) {
         int status = 0;
         waitpid(static_cast<pid_t>(pid), &status, WNOHANG);
     }
@@ -75,7 +75,7 @@ long SystemShell::Start(const std::string& commandLine) {
     const int failed = posix_spawn(&pid, "/bin/sh", &actions, nullptr, argv, environ);
     posix_spawn_file_actions_destroy(&actions);
     if (failed != 0 || pid <= 0) return 0;
-    started_.insert(pid);
+    started_.emplace(pid, 0);
     return pid;
 }
 

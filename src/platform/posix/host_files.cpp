@@ -130,6 +130,8 @@ std::string HomeFolder() {
     return pw != nullptr && pw->pw_dir != nullptr ? pw->pw_dir : "/";
 }
 
+std::string DriveLetters() { return {}; }
+
 Handle CreateUnnamed(const std::string& folder) {
     // Naming the file later goes through /proc, which any process may use
     // (linking the descriptor itself needs privileges).
