@@ -28,6 +28,11 @@ using faults::CountFileOperation;
 bool HasNul(std::string_view s) { return s.find('\0') != std::string_view::npos; }
 char Lower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
 
+std::string LowerAscii(std::string s) {
+    for (char& c : s) c = Lower(c);
+    return s;
+}
+
 bool HasWildcard(std::string_view name) { return name.find_first_of("*?") != std::string_view::npos; }
 
 // "*" any run of characters, "?" exactly one, letters in any case.
@@ -356,7 +361,7 @@ void FileSystem::FileCopy(std::string_view from, std::string_view to) {
 }
 
 void FileSystem::Name(std::string_view from, std::string_view to) {
-    const std::string source = HostPath(from);
+    std::string source = HostPath(from);
     std::string target = HostPath(to);
     if (HasNul(source) || HasNul(target)) Raise(kPathFileAccess);
     host::Status st;
@@ -365,8 +370,10 @@ void FileSystem::Name(std::string_view from, std::string_view to) {
     if (host::GetStatus(target, targetSt, false)) {
         // The target name found in another case may be the source itself: a
         // change of case only, which takes the case given.
-        if (!host::SameFile(targetSt, st)) Raise(kPathFileAccess);
+        const bool sameName = host::kNamesIgnoreCase && LowerAscii(target) == LowerAscii(source);
+        if (!sameName && !host::SameFile(targetSt, st)) Raise(kPathFileAccess);
         target = Child(Parent(target), SplitPattern(to).second);
+        source = host::StoredCase(source);
         if (target == source) return;
     }
     CountFileOperation();

@@ -27,6 +27,18 @@ struct Status {
     std::int64_t modified = 0, changed = 0;
 };
 
+// Whether the host's names ignore case (Windows), so that one file answers
+// to a name in any case.
+#ifdef _WIN32
+inline constexpr bool kNamesIgnoreCase = true;
+#else
+inline constexpr bool kNamesIgnoreCase = false;
+#endif
+
+// A path with its last component in the case the folder holds it (on a host
+// whose names ignore case; elsewhere the path as it stands).
+std::string StoredCase(const std::string& path);
+
 // The status of the file a path names; `followLinks` false looks at a link
 // itself.
 bool GetStatus(const std::string& path, Status& status, bool followLinks = true);

@@ -57,6 +57,8 @@ bool GetStatus(const std::string& path, Status& status, bool followLinks) {
     return true;
 }
 
+std::string StoredCase(const std::string& path) { return path; }
+
 bool SameFile(const Status& a, const Status& b) { return a.device == b.device && a.node == b.node; }
 
 Handle Open(const std::string& path, OpenFor mode) {

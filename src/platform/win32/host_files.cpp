@@ -85,6 +85,22 @@ bool GetStatus(const std::string& path, Status& status, bool) {
     return true;
 }
 
+std::string StoredCase(const std::string& path) {
+    // The folder's own list: a search for the name itself may answer with
+    // the name as asked.
+    const auto slash = path.rfind('/');
+    if (slash == std::string::npos) return path;
+    const std::wstring wanted = Wide(path.substr(slash + 1));
+    std::vector<Entry> entries;
+    if (!ListFolder(path.substr(0, slash == 2 ? 3 : slash), entries)) return path;
+    for (const Entry& entry : entries) {
+        const std::wstring name = Wide(entry.name);
+        if (CompareStringOrdinal(name.c_str(), -1, wanted.c_str(), -1, TRUE) == CSTR_EQUAL)
+            return path.substr(0, slash + 1) + entry.name;
+    }
+    return path;
+}
+
 bool SameFile(const Status& a, const Status& b) {
     // Wine and some file systems give no file index: then only the same
     // name would be the same file, which the callers check themselves.
@@ -140,8 +156,17 @@ bool GetStatus(Handle file, Status& status) {
 }
 
 bool RenameOver(const std::string& from, const std::string& to) {
-    if (MoveFileExW(Wide(from, true).c_str(), Wide(to, true).c_str(),
-                    MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+    const std::wstring source = Wide(from, true), target = Wide(to, true);
+    constexpr DWORD kFlags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+    // A new case for the same name: some file systems (and wine) report
+    // success for it and change nothing, so it goes through another name.
+    if (source != target && CompareStringOrdinal(source.c_str(), -1, target.c_str(), -1, TRUE) == CSTR_EQUAL) {
+        const std::wstring step = source + L".ravelo-case-" + std::to_wstring(GetCurrentProcessId());
+        if (MoveFileExW(source.c_str(), step.c_str(), kFlags)) {
+            if (MoveFileExW(step.c_str(), target.c_str(), kFlags)) return true;
+            MoveFileExW(step.c_str(), source.c_str(), kFlags);
+        }
+    } else if (MoveFileExW(source.c_str(), target.c_str(), kFlags)) {
         return true;
     }
     SetErrnoFromLastError();
