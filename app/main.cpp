@@ -6,6 +6,7 @@
 #include <string>
 
 #include "install_demo.hpp"
+#include "platform/host.hpp"
 #include "platform/paths.hpp"
 #include "core/program.hpp"
 #include "shell/features.hpp"
@@ -60,6 +61,7 @@ constexpr const char* kUsage =
 }  // namespace
 
 int main(int argc, char** argv) {
+    ravelo::platform::PrepareStandardStreams();
     std::string window;
     int first = 1;
     if (argc > 1) {
@@ -91,7 +93,7 @@ int main(int argc, char** argv) {
         }
     }
     const std::string commandLine =
-        ravelo::platform::JoinCommandLine(ravelo::platform::DriveMap::FromEnvironment(), argc, argv, first);
+        ravelo::platform::ProgramCommandLine(ravelo::platform::DriveMap::FromEnvironment(), argc, argv, first);
 
     ravelo::DesktopHostFactory desktop;
 #ifdef RAVELO_WITH_QT

@@ -82,6 +82,17 @@ private:
     std::map<long, std::intptr_t> started_;
 };
 
+// Readies standard input, output and error for the program's bytes: binary
+// on every host; on Windows a program without a console of its own writes
+// to the console that started it, if any.
+void PrepareStandardStreams();
+
+// The command line the program reads, from the arguments after `first`: on
+// POSIX the arguments joined (JoinCommandLine); on Windows the raw text the
+// process was started with, after the program's name, as the classic
+// program read it (nothing when `first` is past the last argument).
+std::string ProgramCommandLine(const DriveMap& drives, int argc, const char* const* argv, int first);
+
 // The timed-pause multiplier from RAVELO_WAIT_SCALE (default 1; a text that
 // is not a number, or a negative one, counts as 1).
 double WaitScaleFromEnvironment();

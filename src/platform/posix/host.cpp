@@ -87,4 +87,10 @@ void SystemShell::Wait(long processId) {
     }
 }
 
+void PrepareStandardStreams() {}
+
+std::string ProgramCommandLine(const DriveMap& drives, int argc, const char* const* argv, int first) {
+    return JoinCommandLine(drives, argc, argv, first);
+}
+
 }  // namespace ravelo::platform

@@ -1,8 +1,11 @@
 // The parts of the host that Windows gives: the process environment, local
 // time, and commands through "cmd /c".
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
 
 #include <chrono>
+#include <cstdio>
 #include <ctime>
 
 #include "platform/host.hpp"
@@ -59,6 +62,35 @@ void SystemShell::Wait(long processId) {
     started_.erase(found);
     WaitForSingleObject(process, INFINITE);
     CloseHandle(process);
+}
+
+void PrepareStandardStreams() {
+    // A program of the GUI subsystem started from a console has no streams of
+    // its own; one started with redirected streams has them already.
+    const HANDLE out = GetStdHandle(STD_OUTPUT_HANDLE);
+    if ((out == nullptr || out == INVALID_HANDLE_VALUE) && AttachConsole(ATTACH_PARENT_PROCESS)) {
+        std::freopen("CONOUT$", "w", stdout);
+        std::freopen("CONOUT$", "w", stderr);
+    }
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+}
+
+std::string ProgramCommandLine(const DriveMap&, int argc, const char* const*, int first) {
+    if (first >= argc) return {};
+    // The program's name ends at the closing quote when quoted, else at the
+    // first blank; the blanks after it go too.
+    const std::wstring line = GetCommandLineW();
+    std::size_t at = 0;
+    if (!line.empty() && line[0] == L'"') {
+        at = line.find(L'"', 1);
+        at = at == std::wstring::npos ? line.size() : at + 1;
+    } else {
+        while (at < line.size() && line[at] != L' ' && line[at] != L'\t') ++at;
+    }
+    while (at < line.size() && (line[at] == L' ' || line[at] == L'\t')) ++at;
+    return Narrow(std::wstring_view(line).substr(at));
 }
 
 }  // namespace ravelo::platform
