@@ -30,7 +30,7 @@ Files DataFiles(const fs::path& folder) {
 std::string Script(const std::string& job) { return ReadHostFile(kData / job / "script.txt"); }
 // The file a pending replacement of process `pid` is for ("d/.x.ravelo-tmp-PID-N"
 // is for "d/x"); empty for any other name.
-std::string PendingTarget(const std::string& name, pid_t pid) {
+std::string PendingTarget(const std::string& name, ProcessId pid) {
     const std::string mark = ".ravelo-tmp-" + std::to_string(pid) + "-";
     const auto slash = name.rfind('/') + 1;
     const auto at = name.rfind(mark);
@@ -55,7 +55,7 @@ Files JobFolder::Snapshot() const {
     return files;
 }
 
-pid_t JobFolder::Start(const Step& step, const std::map<std::string, std::string>& env) const {
+ProcessId JobFolder::Start(const Step& step, const std::map<std::string, std::string>& env) const {
     std::map<std::string, std::string> all{{"RAVELO_DRIVE_C", (Root() / "drive_c").string()},
                                            {"TEMP", (Root() / "temp").string()},
                                            {"RAVELO_WAIT_SCALE", "0"},
@@ -65,7 +65,7 @@ pid_t JobFolder::Start(const Step& step, const std::map<std::string, std::string
     return StartBinary(step.args, all, root_.Path() / "io");
 }
 
-JobFolder::Ended JobFolder::Wait(pid_t pid) const {
+JobFolder::Ended JobFolder::Wait(ProcessId pid) const {
     const ProcessResult result = WaitBinary(pid, root_.Path() / "io");
     return {result.status, result.out, result.err};
 }
@@ -82,7 +82,7 @@ std::vector<Files> ReferenceStates(const Job& job) {
 }
 
 std::vector<std::string> Faults(const Files& now, const Files& before, const Files& finished, const Job& job,
-                                pid_t killed) {
+                                ProcessId killed) {
     const auto holds = [](const Files& files, const std::string& name, const std::string& bytes) {
         const auto it = files.find(name);
         return it != files.end() && it->second == bytes;

@@ -2,8 +2,6 @@
 // an interrupted run leaves there, for the crash-safety tests.
 #pragma once
 
-#include <sys/types.h>
-
 #include <filesystem>
 #include <ostream>
 #include <map>
@@ -49,8 +47,8 @@ public:
         std::string out, err;
     };
     // Starts `step` with `env` added to the run's own settings.
-    pid_t Start(const Step& step, const std::map<std::string, std::string>& env = {}) const;
-    Ended Wait(pid_t pid) const;
+    ProcessId Start(const Step& step, const std::map<std::string, std::string>& env = {}) const;
+    Ended Wait(ProcessId pid) const;
     Ended Run(const Step& step, const std::map<std::string, std::string>& env = {}) const {
         return Wait(Start(step, env));
     }
@@ -68,7 +66,7 @@ std::vector<Files> ReferenceStates(const Job& job);
 // pending file of the killed process `killed` holding its target's old or
 // new content is no fault (the next run removes it). Empty when all is well.
 std::vector<std::string> Faults(const Files& now, const Files& before, const Files& finished, const Job& job,
-                                pid_t killed = 0);
+                                ProcessId killed = 0);
 std::string Listed(const std::vector<std::string>& faults);
 // The names of the files in which `now` and `expected` differ.
 std::vector<std::string> Differences(const Files& now, const Files& expected);

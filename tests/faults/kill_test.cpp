@@ -4,8 +4,6 @@
 // what an undisturbed run leaves.
 #include <gtest/gtest.h>
 
-#include <signal.h>
-
 #include <algorithm>
 #include <chrono>
 #include <iostream>
@@ -34,7 +32,7 @@ std::vector<Job> Jobs() {
 
 // Puts the job's own files back as before, and adds a pending file of the
 // ended process `gone` in each folder the job replaces files in.
-void StartAgain(const JobFolder& folder, const Files& before, const Files& finished, pid_t gone) {
+void StartAgain(const JobFolder& folder, const Files& before, const Files& finished, ProcessId gone) {
     Files own = before;
     own.insert(finished.begin(), finished.end());
     for (const auto& [name, bytes] : own) {
@@ -74,13 +72,13 @@ TEST_P(Kill, AtAnyInstantLeavesEachFileOldOrNew) {
 
     int landed[3] = {0, 0, 0};   // before the job changed anything, during it, after it
     std::unique_ptr<JobFolder> last;
-    pid_t lastPid = 0;
+    ProcessId lastPid = 0;
     for (int i = 1; i <= kKills; ++i) {
         auto folder = std::make_unique<JobFolder>(before);
         const Clock::time_point start = Clock::now();
-        const pid_t pid = folder->Start(step);
+        const ProcessId pid = folder->Start(step);
         std::this_thread::sleep_until(start + length * i / (kKills + 1));
-        kill(pid, SIGKILL);
+        KillBinary(pid);
         folder->Wait(pid);
         const Files now = folder->Snapshot();
         ++landed[now == before ? 0 : now == finished ? 2 : 1];

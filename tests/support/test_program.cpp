@@ -1,11 +1,11 @@
 #include "support/test_program.hpp"
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#ifndef _WIN32
+#include <unistd.h>   // environ
+#endif
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -18,16 +18,16 @@
 #include "ui/host.hpp"
 #include "platform/download.hpp"
 
-extern char** environ;
-
 namespace ravelo::test {
 
 TestProgram::TestProgram(const std::string& script, double waitScale, std::vector<std::string> environment) {
     std::filesystem::create_directories(DriveC());
     std::filesystem::create_directories(Temp());
-    out_ = open_memstream(&outBuffer_, &outSize_);
+    out_ = std::tmpfile();
+    if (out_ == nullptr) throw std::runtime_error("no temporary file for the script host's output");
 
-    platform::DriveMap drives({{'C', DriveC().string()}, {'Z', "/"}});
+    // Z: is the root of the host drive that holds the test's folders.
+    platform::DriveMap drives({{'C', DriveC().string()}, {'Z', Temp().root_path().generic_string()}});
     Services services;
     if (environment.empty()) environment = {"HOME=/root", "TEMP=" + drives.ToWindows(Temp().string())};
     services.environment = platform::Environment(std::move(environment));
@@ -37,7 +37,7 @@ TestProgram::TestProgram(const std::string& script, double waitScale, std::vecto
     services.clock = std::move(clock);
     services.ui = std::make_unique<ui::ScriptHost>(std::make_unique<std::istringstream>(script), out_);
     services.shell = std::make_unique<platform::SystemShell>();
-    services.downloader = std::make_unique<platform::CurlDownloader>(*services.files);
+    services.downloader = std::make_unique<platform::HostDownloader>(*services.files);
     services.waitScale = waitScale;
     program_ = std::make_unique<Program>(std::move(services));
     RegisterFeatures(*program_);
@@ -46,7 +46,6 @@ TestProgram::TestProgram(const std::string& script, double waitScale, std::vecto
 TestProgram::~TestProgram() {
     program_.reset();
     std::fclose(out_);
-    std::free(outBuffer_);
 }
 
 void TestProgram::Install() {
@@ -76,7 +75,12 @@ int TestProgram::Run(const std::string& commandLine, const std::string& window) 
 
 std::string TestProgram::Output() {
     std::fflush(out_);
-    return std::string(outBuffer_, outSize_);
+    const long size = std::ftell(out_);
+    std::string text(static_cast<std::size_t>(size), '\0');
+    std::rewind(out_);
+    text.resize(std::fread(text.data(), 1, text.size(), out_));
+    std::fseek(out_, 0, SEEK_END);
+    return text;
 }
 
 std::string TodayText() {
@@ -91,55 +95,18 @@ std::string Dated(std::string text) {
     return text;
 }
 
-pid_t StartBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
-                  const std::filesystem::path& io, const std::filesystem::path& cwd) {
+std::map<std::string, std::string> ChildEnvironment(const std::map<std::string, std::string>& env) {
     // The test's own RAVELO_ settings (a fault switch, a window host) never
     // reach the program: each test sets what it needs.
     std::map<std::string, std::string> merged;
     for (char** e = environ; *e; ++e) {
         const std::string entry = *e;
         const auto eq = entry.find('=');
-        if (eq != std::string::npos && !entry.starts_with("RAVELO_")) merged[entry.substr(0, eq)] = entry.substr(eq + 1);
+        if (eq != std::string::npos && eq > 0 && !entry.starts_with("RAVELO_"))
+            merged[entry.substr(0, eq)] = entry.substr(eq + 1);
     }
     for (const auto& [name, value] : env) merged[name] = value;
-    std::vector<std::string> envStrings;
-    for (const auto& [name, value] : merged) envStrings.push_back(name + "=" + value);
-    std::vector<char*> envp;
-    for (auto& s : envStrings) envp.push_back(s.data());
-    envp.push_back(nullptr);
-
-    std::vector<std::string> argStrings{RAVELO_BINARY_PATH};
-    argStrings.insert(argStrings.end(), args.begin(), args.end());
-    std::vector<char*> argv;
-    for (auto& s : argStrings) argv.push_back(s.data());
-    argv.push_back(nullptr);
-
-    if (!std::filesystem::exists(io / "in")) WriteHostFile(io / "in", "");
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, (io / "in").c_str(), O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, (io / "out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    posix_spawn_file_actions_addopen(&actions, 2, (io / "err").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    // The child starts in the working folder.
-    pid_t pid = 0;
-    const std::filesystem::path previous = std::filesystem::current_path();
-    if (!cwd.empty()) std::filesystem::current_path(cwd);
-    const int spawned = posix_spawn(&pid, RAVELO_BINARY_PATH, &actions, nullptr, argv.data(), envp.data());
-    std::filesystem::current_path(previous);
-    posix_spawn_file_actions_destroy(&actions);
-    if (spawned != 0) throw std::runtime_error("cannot start raveloutils");
-    return pid;
-}
-
-ProcessResult WaitBinary(pid_t pid, const std::filesystem::path& io) {
-    int status = 0;
-    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-    }
-    ProcessResult result;
-    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    result.out = ReadHostFile(io / "out");
-    result.err = ReadHostFile(io / "err");
-    return result;
+    return merged;
 }
 
 ProcessResult RunBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,

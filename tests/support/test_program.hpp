@@ -2,8 +2,6 @@
 // a fake clock, the real shell, and the script host with the test's script.
 #pragma once
 
-#include <sys/types.h>
-
 #include <cstdio>
 #include <filesystem>
 #include <map>
@@ -57,8 +55,6 @@ public:
 
 private:
     TempFolder root_;
-    char* outBuffer_ = nullptr;
-    std::size_t outSize_ = 0;
     std::FILE* out_ = nullptr;
     FakeClock* clock_ = nullptr;
     std::unique_ptr<Program> program_;
@@ -72,10 +68,18 @@ struct ProcessResult {
 // Starts the built program with `args` and `env` added to the test's
 // environment (less its RAVELO_ settings), in `cwd`; the standard streams
 // are the files io/in (empty when missing), io/out and io/err.
-pid_t StartBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
+// A started program: its process id.
+using ProcessId = long;
+// The environment a started program gets: the test's own (less its RAVELO_
+// settings) with `env` added.
+std::map<std::string, std::string> ChildEnvironment(const std::map<std::string, std::string>& env);
+ProcessId StartBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
                   const std::filesystem::path& io, const std::filesystem::path& cwd = {});
 // Waits for a program StartBinary started; a signal's end is 128 + its number.
-ProcessResult WaitBinary(pid_t pid, const std::filesystem::path& io);
+ProcessResult WaitBinary(ProcessId pid, const std::filesystem::path& io);
+// Ends a started program at once, as a kill by the user would (SIGKILL, or
+// TerminateProcess on Windows).
+void KillBinary(ProcessId pid);
 ProcessResult RunBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
                         const std::string& input = {}, const std::filesystem::path& cwd = {});
 

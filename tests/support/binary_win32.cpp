@@ -1,0 +1,104 @@
+// Starting the built program on Windows hosts (and under wine).
+#include <windows.h>
+
+#include <map>
+#include <mutex>
+#include <stdexcept>
+
+#include "platform/win32/text.hpp"
+#include "support/test_program.hpp"
+
+namespace ravelo::test {
+namespace {
+
+// A file the child inherits as one of its standard streams.
+HANDLE Inheritable(const std::filesystem::path& path, bool write) {
+    SECURITY_ATTRIBUTES inherit{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+    return CreateFileW(path.wstring().c_str(), write ? GENERIC_WRITE : GENERIC_READ,
+                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, &inherit,
+                       write ? CREATE_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+// The argument as the C runtime splits it back: quoted, with the
+// backslashes before a quote doubled.
+std::wstring Quoted(const std::wstring& arg) {
+    std::wstring out = L"\"";
+    std::size_t backslashes = 0;
+    for (const wchar_t c : arg) {
+        if (c == L'\\') {
+            ++backslashes;
+            continue;
+        }
+        out.append(c == L'"' ? backslashes * 2 + 1 : backslashes, L'\\');
+        backslashes = 0;
+        out += c;
+    }
+    out.append(backslashes * 2, L'\\');
+    return out + L"\"";
+}
+
+// The handles of started programs until they are waited for.
+std::mutex startedMutex;
+std::map<ProcessId, HANDLE> started;
+
+}  // namespace
+
+ProcessId StartBinary(const std::vector<std::string>& args, const std::map<std::string, std::string>& env,
+                      const std::filesystem::path& io, const std::filesystem::path& cwd) {
+    std::wstring block;   // NAME=value\0...\0
+    for (const auto& [name, value] : ChildEnvironment(env)) block += platform::Wide(name + "=" + value) + L'\0';
+    block += L'\0';
+    std::wstring line = Quoted(std::filesystem::path(RAVELO_BINARY_PATH).wstring());
+    for (const std::string& arg : args) line += L" " + Quoted(platform::Wide(arg));
+
+    if (!std::filesystem::exists(io / "in")) WriteHostFile(io / "in", "");
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = Inheritable(io / "in", false);
+    startup.hStdOutput = Inheritable(io / "out", true);
+    startup.hStdError = Inheritable(io / "err", true);
+    PROCESS_INFORMATION process{};
+    const std::wstring folder = cwd.empty() ? std::wstring() : cwd.wstring();
+    const BOOL started = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT,
+                                        block.data(), folder.empty() ? nullptr : folder.c_str(), &startup, &process);
+    CloseHandle(startup.hStdInput);
+    CloseHandle(startup.hStdOutput);
+    CloseHandle(startup.hStdError);
+    if (!started) throw std::runtime_error("cannot start raveloutils");
+    CloseHandle(process.hThread);
+    const auto id = static_cast<ProcessId>(process.dwProcessId);
+    const std::lock_guard<std::mutex> lock(startedMutex);
+    started[id] = process.hProcess;
+    return id;
+}
+
+ProcessResult WaitBinary(ProcessId pid, const std::filesystem::path& io) {
+    ProcessResult result;
+    HANDLE process = nullptr;
+    {
+        const std::lock_guard<std::mutex> lock(startedMutex);
+        if (const auto found = started.find(pid); found != started.end()) {
+            process = found->second;
+            started.erase(found);
+        }
+    }
+    DWORD code = 0;
+    if (process != nullptr) {
+        WaitForSingleObject(process, INFINITE);
+        GetExitCodeProcess(process, &code);
+        CloseHandle(process);
+    }
+    result.status = static_cast<int>(code);
+    result.out = ReadHostFile(io / "out");
+    result.err = ReadHostFile(io / "err");
+    return result;
+}
+
+void KillBinary(ProcessId pid) {
+    const std::lock_guard<std::mutex> lock(startedMutex);
+    // Exit code 137 = 128 + SIGKILL, as the POSIX wait reports a kill.
+    if (const auto found = started.find(pid); found != started.end()) TerminateProcess(found->second, 137);
+}
+
+}  // namespace ravelo::test
