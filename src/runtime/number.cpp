@@ -310,6 +310,14 @@ double Divide(double dividend, double divisor) {
 double Power(double base, double exponent) {
     if (base == 0 && exponent < 0) Raise(kDivisionByZero);
     if (base < 0 && std::trunc(exponent) != exponent) Raise(kInvalidCall);
+    // Whole powers of ten come from the exact table (a quotient of exact
+    // values is correctly rounded), so that rounding to places gives the same
+    // digits on every host: C libraries differ in the last bit of pow(10, -2).
+    constexpr double kLargestExact = static_cast<double>(std::size(kPowersOfTen) - 1);
+    if (base == 10 && std::trunc(exponent) == exponent && std::fabs(exponent) <= kLargestExact) {
+        const double power = kPowersOfTen[static_cast<std::size_t>(std::fabs(exponent))];
+        return exponent < 0 ? 1 / power : power;
+    }
     return CheckedResult(std::pow(base, exponent));
 }
 

@@ -60,12 +60,12 @@ ProcessId StartBinary(const std::vector<std::string>& args, const std::map<std::
     startup.hStdError = Inheritable(io / "err", true);
     PROCESS_INFORMATION process{};
     const std::wstring folder = cwd.empty() ? std::wstring() : cwd.wstring();
-    const BOOL started = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT,
+    const BOOL launched = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT,
                                         block.data(), folder.empty() ? nullptr : folder.c_str(), &startup, &process);
     CloseHandle(startup.hStdInput);
     CloseHandle(startup.hStdOutput);
     CloseHandle(startup.hStdError);
-    if (!started) throw std::runtime_error("cannot start raveloutils");
+    if (!launched) throw std::runtime_error("cannot start raveloutils");
     CloseHandle(process.hThread);
     const auto id = static_cast<ProcessId>(process.dwProcessId);
     const std::lock_guard<std::mutex> lock(startedMutex);
