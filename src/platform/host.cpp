@@ -17,6 +17,16 @@ namespace {
 
 bool StartsWith(std::string_view s, std::string_view prefix) { return s.substr(0, prefix.size()) == prefix; }
 
+// Local time now, with the fraction of the current second.
+std::pair<std::tm, double> LocalNow() {
+    const auto now = std::chrono::system_clock::now();
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
+    const auto fraction = now - std::chrono::system_clock::from_time_t(seconds);
+    std::tm local{};
+    LocalTime(seconds, local);
+    return {local, std::chrono::duration<double>(fraction).count()};
+}
+
 }  // namespace
 
 // ---- Environment -----------------------------------------------------------

@@ -2,11 +2,10 @@
 #pragma once
 
 #include <ctime>
-#include <utility>
 
 namespace ravelo::platform {
 
-// Local time now, with the fraction of the current second.
-std::pair<std::tm, double> LocalNow();
+// The local time of a moment (localtime_r or localtime_s).
+void LocalTime(std::time_t seconds, std::tm& local);
 
 }  // namespace ravelo::platform

@@ -17,14 +17,7 @@ extern char** environ;   // the process environment, in its order
 
 namespace ravelo::platform {
 
-std::pair<std::tm, double> LocalNow() {
-    const auto now = std::chrono::system_clock::now();
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-    const auto fraction = now - std::chrono::system_clock::from_time_t(seconds);
-    std::tm local{};
-    localtime_r(&seconds, &local);
-    return {local, std::chrono::duration<double>(fraction).count()};
-}
+void LocalTime(std::time_t seconds, std::tm& local) { localtime_r(&seconds, &local); }
 
 Environment Environment::FromProcess(const DriveMap& drives) {
     std::vector<std::string> strings;

@@ -14,14 +14,7 @@
 
 namespace ravelo::platform {
 
-std::pair<std::tm, double> LocalNow() {
-    const auto now = std::chrono::system_clock::now();
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-    const auto fraction = now - std::chrono::system_clock::from_time_t(seconds);
-    std::tm local{};
-    localtime_s(&local, &seconds);
-    return {local, std::chrono::duration<double>(fraction).count()};
-}
+void LocalTime(std::time_t seconds, std::tm& local) { localtime_s(&local, &seconds); }
 
 Environment Environment::FromProcess(const DriveMap&) {
     std::vector<std::string> strings;
