@@ -54,7 +54,8 @@ std::string Lower(std::string s) {
 
 // The Windows form in which the program names a host folder.
 std::string WindowsForm(const fs::path& p) {
-    std::string text = "Z:" + p.string();
+    std::string text = p.string();
+    if (text.size() < 2 || text[1] != ':') text = "Z:" + text;   // a POSIX host path
     std::replace(text.begin(), text.end(), '/', '\\');
     return text;
 }

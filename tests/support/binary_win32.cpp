@@ -19,9 +19,11 @@ HANDLE Inheritable(const std::filesystem::path& path, bool write) {
                        write ? CREATE_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-// The argument as the C runtime splits it back: quoted, with the
-// backslashes before a quote doubled.
+// The argument as the C runtime splits it back: as it stands when it holds
+// no blank or quote (the program reads its raw command line, where quotes
+// would stay), else quoted with the backslashes before a quote doubled.
 std::wstring Quoted(const std::wstring& arg) {
+    if (!arg.empty() && arg.find_first_of(L" \t\"") == std::wstring::npos) return arg;
     std::wstring out = L"\"";
     std::size_t backslashes = 0;
     for (const wchar_t c : arg) {

@@ -1,5 +1,6 @@
 #include "support/files.hpp"
 
+#include <cstdlib>
 #include <fstream>
 #include <random>
 #include <sstream>
@@ -9,8 +10,12 @@ namespace ravelo::test {
 
 TempFolder::TempFolder() {
     static std::mt19937_64 random{std::random_device{}()};
+    // RAVELO_TEST_TEMP names another base folder: on Windows one off the drive
+    // C: that the tests map to a folder of their own.
+    const char* base = std::getenv("RAVELO_TEST_TEMP");
+    const std::filesystem::path folder = base != nullptr && *base != '\0' ? base : std::filesystem::temp_directory_path();
     for (int attempt = 0; attempt < 100; ++attempt) {
-        path_ = std::filesystem::temp_directory_path() / ("ravelo-test-" + std::to_string(random() % 1000000000));
+        path_ = folder / ("ravelo-test-" + std::to_string(random() % 1000000000));
         if (std::filesystem::create_directory(path_)) return;
     }
     throw std::runtime_error("no temporary folder");

@@ -7,7 +7,8 @@
 
 namespace ravelo::test {
 
-// A folder under the system's temporary folder, removed with its contents.
+// A folder under the system's temporary folder (or $RAVELO_TEST_TEMP),
+// removed with its contents.
 class TempFolder {
 public:
     TempFolder();
