@@ -5,6 +5,7 @@
 #include <array>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "runtime/error.hpp"
@@ -251,12 +252,16 @@ private:
 // as it was or with both. The result is the header rewrite of the subfile
 // with the records appended: lines copied by the rewrite end in CR LF.
 void ExtendSubfile(Program& p, const std::string& subfile, const std::string& records, long long added) {
-    InputFile in(std::make_unique<ChainSource>(p.fs.OpenInput(subfile), records));
-    SubfileHeader header = ReadHeader(in);
-    header.records = ToInt32(static_cast<double>(header.records) + static_cast<double>(added));
     platform::Replacement extended = p.fs.OpenReplacement(subfile);
-    WriteHeader(extended.File(), header);
-    while (!in.Eof()) extended.File().PrintLine(in.LineInput());
+    {
+        // Read to its end and closed before the replacement takes the
+        // subfile's place: Windows renames nothing over a file still open.
+        InputFile in(std::make_unique<ChainSource>(p.fs.OpenInput(subfile), records));
+        SubfileHeader header = ReadHeader(in);
+        header.records = ToInt32(static_cast<double>(header.records) + static_cast<double>(added));
+        WriteHeader(extended.File(), header);
+        while (!in.Eof()) extended.File().PrintLine(in.LineInput());
+    }
     extended.Commit();
     // The rewrite once went through a scratch copy beside the subfile, and
     // a file of that name does not outlive a transfer.
@@ -271,7 +276,7 @@ void ExtendSubfile(Program& p, const std::string& subfile, const std::string& re
 // (and the log as it was).
 void MarkLog(Program& p, long long transferred, long long added) {
     const std::string log = LogPath(p);
-    InputFile in = p.fs.OpenInput(log);
+    std::optional<InputFile> in(p.fs.OpenInput(log));
     platform::Replacement copy = p.fs.OpenReplacement(TempCopyPath(log));
     std::int64_t length = 0;
     platform::WriteAndCommitOnError(copy, [&](OutputFile& out) {
@@ -282,14 +287,15 @@ void MarkLog(Program& p, long long transferred, long long added) {
         // Record 1 is the header; log record k is record k + 1. Each line is
         // read as one item (its quotes go) and written quoted, so a bare date
         // line comes back quoted.
-        for (long long record = 1; !in.Eof(); ++record) {
-            for (int k = 0; k < 4; ++k) write(in.InputText());
-            std::string date = in.InputText();
+        for (long long record = 1; !in->Eof(); ++record) {
+            for (int k = 0; k < 4; ++k) write(in->InputText());
+            std::string date = in->InputText();
             if (!Contains(date, "*") && record <= transferred + added + 1) date += "*";
             write(std::move(date));
         }
         // A copy too short to be a log is dropped, and the log stays.
         if (length < 16) return;
+        in.reset();   // closed before the copy takes its place, as Windows needs
         p.fs.Retarget(copy, log);
         copy.Commit();
     });
