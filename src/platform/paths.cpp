@@ -240,6 +240,14 @@ std::string DriveMap::ToWindows(std::string_view hostPath) const {
     return out;
 }
 
+std::string NativeForm(std::string hostPath) {
+#ifdef _WIN32
+    for (char& c : hostPath)
+        if (c == '/') c = '\\';
+#endif
+    return hostPath;
+}
+
 std::string JoinCommandLine(const DriveMap& drives, int argc, const char* const* argv, int first) {
     std::string line;
     for (int i = first; i < argc; ++i) {

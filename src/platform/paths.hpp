@@ -64,6 +64,10 @@ private:
 // "\" for "/"; a relative argument that holds "/" and whose folder exists has
 // its "/" turned into "\"; anything else (words, URLs, counts) passes
 // unchanged.
+// A host path as the host writes it for a person: as it stands on POSIX,
+// with "\" on Windows.
+std::string NativeForm(std::string hostPath);
+
 std::string JoinCommandLine(const DriveMap& drives, int argc, const char* const* argv, int first = 1);
 
 }  // namespace ravelo::platform

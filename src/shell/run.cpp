@@ -92,7 +92,8 @@ int RunProgram(Program& p, const std::string& commandLine, std::string_view wind
         // missing, and a newcomer learns where it belongs.
         if (end.status == kExitInstallation && p.InstallDrive.empty()) {
             const auto driveC = p.fs.Drives().Root('C');
-            p.ui.Hint("raveloutils: drive C is the folder " + driveC.value_or("(not mapped)") +
+            p.ui.Hint("raveloutils: drive C is the folder " +
+                      (driveC ? platform::NativeForm(*driveC) : std::string("(not mapped)")) +
                       " (RAVELO_DRIVE_C); raveloutils --install-demo copies the demo installation there.");
         }
         return end.status;
