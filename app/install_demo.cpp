@@ -1,11 +1,11 @@
 #include "install_demo.hpp"
 
-#include <unistd.h>
-
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
 
+#include "platform/host.hpp"
+#include "platform/host_files.hpp"
 #include "platform/paths.hpp"
 #include "shell/run.hpp"
 
@@ -15,13 +15,17 @@ namespace {
 namespace fs = std::filesystem;
 
 // The demo's drive C: installed beside the program (PREFIX/share/raveloutils
-// /demo beside PREFIX/bin), else the source tree the program was built from.
+// /demo beside PREFIX/bin; on Windows demo beside the program), else the
+// source tree the program was built from.
 fs::path DemoDriveC() {
     std::error_code error;
-    const fs::path exe = fs::read_symlink("/proc/self/exe", error);
-    if (!error) {
-        const fs::path installed = exe.parent_path().parent_path() / "share" / "raveloutils" / "demo" / "drive_c";
-        if (fs::is_directory(installed, error)) return installed;
+    const std::string exe = platform::ExecutablePath();
+    if (!exe.empty()) {
+        const fs::path folder = fs::path(exe).parent_path();
+        for (const fs::path& installed : {folder.parent_path() / "share" / "raveloutils" / "demo" / "drive_c",
+                                          folder / "demo" / "drive_c"}) {
+            if (fs::is_directory(installed, error)) return installed;
+        }
     }
 #ifdef RAVELO_SOURCE_DEMO
     if (fs::is_directory(RAVELO_SOURCE_DEMO "/drive_c", error)) return RAVELO_SOURCE_DEMO "/drive_c";
@@ -56,7 +60,7 @@ int InstallDemo(const std::string& folder) {
     // failure or a kill leaves no half installation under its name.
     fs::create_directories(target.parent_path(), error);
     const fs::path staging =
-        target.parent_path() / ("." + target.filename().string() + ".ravelo-install-" + std::to_string(getpid()));
+        target.parent_path() / ("." + target.filename().string() + ".ravelo-install-" + std::to_string(platform::host::ProcessId()));
     fs::remove_all(staging, error);
     error.clear();
     fs::copy(demo, staging, fs::copy_options::recursive, error);
@@ -66,7 +70,12 @@ int InstallDemo(const std::string& folder) {
         for (const auto& entry : fs::recursive_directory_iterator(staging, ignored))
             fs::permissions(entry.path(), fs::perms::owner_write, fs::perm_options::add, ignored);
         fs::permissions(staging, fs::perms::owner_all, fs::perm_options::add, ignored);
-        // rename(2) also takes the place of an empty folder.
+        // rename(2) also takes the place of an empty folder; Windows renames
+        // nothing over a folder, so the empty one goes first there.
+#ifdef _WIN32
+        fs::remove(target, error);
+        error.clear();
+#endif
         fs::rename(staging, target, error);
     }
     if (error) {

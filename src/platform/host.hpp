@@ -82,6 +82,9 @@ private:
     std::map<long, std::intptr_t> started_;
 };
 
+// The full host path of the running program's executable ("" when unknown).
+std::string ExecutablePath();
+
 // Readies standard input, output and error for the program's bytes: binary
 // on every host; on Windows a program without a console of its own writes
 // to the console that started it, if any.

@@ -19,24 +19,12 @@ HANDLE Inheritable(const std::filesystem::path& path, bool write) {
                        write ? CREATE_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-// The argument as the C runtime splits it back: as it stands when it holds
-// no blank or quote (the program reads its raw command line, where quotes
-// would stay), else quoted with the backslashes before a quote doubled.
+// An argument as it goes into the command line, which the program reads
+// raw: as it stands, in quotes only when it holds a blank and no quote of
+// its own (one that does was quoted by the test as a user would).
 std::wstring Quoted(const std::wstring& arg) {
-    if (!arg.empty() && arg.find_first_of(L" \t\"") == std::wstring::npos) return arg;
-    std::wstring out = L"\"";
-    std::size_t backslashes = 0;
-    for (const wchar_t c : arg) {
-        if (c == L'\\') {
-            ++backslashes;
-            continue;
-        }
-        out.append(c == L'"' ? backslashes * 2 + 1 : backslashes, L'\\');
-        backslashes = 0;
-        out += c;
-    }
-    out.append(backslashes * 2, L'\\');
-    return out + L"\"";
+    if (arg.find_first_of(L" \t") == std::wstring::npos || arg.find(L'"') != std::wstring::npos) return arg;
+    return L"\"" + arg + L"\"";
 }
 
 // The handles of started programs until they are waited for.

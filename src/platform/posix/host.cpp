@@ -9,6 +9,8 @@
 #include <chrono>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
+#include <system_error>
 
 #include "platform/host.hpp"
 #include "platform/host_local.hpp"
@@ -78,6 +80,12 @@ void SystemShell::Wait(long processId) {
     int status = 0;
     while (waitpid(static_cast<pid_t>(processId), &status, 0) < 0 && errno == EINTR) {
     }
+}
+
+std::string ExecutablePath() {
+    std::error_code error;
+    const std::filesystem::path exe = std::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? std::string() : exe.string();
 }
 
 void PrepareStandardStreams() {}

@@ -57,6 +57,16 @@ void SystemShell::Wait(long processId) {
     CloseHandle(process);
 }
 
+std::string ExecutablePath() {
+    std::wstring path(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD size = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+        if (size == 0) return {};
+        if (size < path.size()) return Narrow(std::wstring_view(path.data(), size));
+        path.resize(path.size() * 2);
+    }
+}
+
 void PrepareStandardStreams() {
     // A program of the GUI subsystem started from a console has no streams of
     // its own; one started with redirected streams has them already.
