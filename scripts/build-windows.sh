@@ -48,7 +48,7 @@ if [[ "${1:-}" == "test" ]]; then
   # drive Z: (the host's root under wine), off the drive C: they map.
   export RAVELO_TEST_TEMP='Z:\tmp'
   failed=0
-  for suite in runtime ui calc shell convert mollog moldb app; do
+  for suite in runtime ui calc shell convert mollog moldb app fault; do
     (cd "$root/tests" && wine "$out/tests/${suite}_tests.exe" --gtest_brief=1) || failed=1
   done
   exit "$failed"

@@ -94,7 +94,7 @@ protected:
                     break;
                 }
                 cutShort(ended);
-                for (const std::string& fault : Faults(folder.Snapshot(), before, finished, job))
+                for (const std::string& fault : Faults(folder.Snapshot(), before, finished, job, ended.pid))
                     seen[WithoutProcessId(fault)] += " " + std::to_string(n);
             }
             if (HasFatalFailure()) return reached;

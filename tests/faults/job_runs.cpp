@@ -67,7 +67,7 @@ ProcessId JobFolder::Start(const Step& step, const std::map<std::string, std::st
 
 JobFolder::Ended JobFolder::Wait(ProcessId pid) const {
     const ProcessResult result = WaitBinary(pid, root_.Path() / "io");
-    return {result.status, result.out, result.err};
+    return {result.status, result.out, result.err, pid};
 }
 
 std::vector<Files> ReferenceStates(const Job& job) {
@@ -98,6 +98,9 @@ std::vector<std::string> Faults(const Files& now, const Files& before, const Fil
         if (name.starts_with("temp/") && (cut(before) || cut(finished))) continue;
         const std::string target = PendingTarget(name, killed);
         const auto targetMoved = job.renamed.find(target);
+#ifdef _WIN32
+        if (!target.empty()) continue;
+#endif
         if (!target.empty() && (holds(before, target, bytes) || holds(finished, target, bytes) ||
                                 (targetMoved != job.renamed.end() && holds(finished, targetMoved->second, bytes))))
             continue;

@@ -45,6 +45,7 @@ public:
     struct Ended {
         int status = -1;   // 128 + signal when a signal ended it
         std::string out, err;
+        ProcessId pid = 0;
     };
     // Starts `step` with `env` added to the run's own settings.
     ProcessId Start(const Step& step, const std::map<std::string, std::string>& env = {}) const;
@@ -64,7 +65,9 @@ std::vector<Files> ReferenceStates(const Job& job);
 // `finished`: files neither as before nor as finished, files lost, strays.
 // The small logs in TEMP may miss a last line or end in one cut short; a
 // pending file of the killed process `killed` holding its target's old or
-// new content is no fault (the next run removes it). Empty when all is well.
+// new content is no fault (the next run removes it), nor, on a host without
+// unnamed files (Windows), one with any content: there pending files have
+// their hidden name from the start. Empty when all is well.
 std::vector<std::string> Faults(const Files& now, const Files& before, const Files& finished, const Job& job,
                                 ProcessId killed = 0);
 std::string Listed(const std::vector<std::string>& faults);
