@@ -4,6 +4,7 @@
 #include <map>
 #include <mutex>
 #include <stdexcept>
+#include <string>
 
 #include "platform/win32/text.hpp"
 #include "support/test_program.hpp"
@@ -42,20 +43,31 @@ ProcessId StartBinary(const std::vector<std::string>& args, const std::map<std::
     for (const std::string& arg : args) line += L" " + Quoted(platform::Wide(arg));
 
     if (!std::filesystem::exists(io / "in")) WriteHostFile(io / "in", "");
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdInput = Inheritable(io / "in", false);
-    startup.hStdOutput = Inheritable(io / "out", true);
-    startup.hStdError = Inheritable(io / "err", true);
     PROCESS_INFORMATION process{};
     const std::wstring folder = cwd.empty() ? std::wstring() : cwd.wstring();
-    const BOOL launched = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT,
-                                        block.data(), folder.empty() ? nullptr : folder.c_str(), &startup, &process);
-    CloseHandle(startup.hStdInput);
-    CloseHandle(startup.hStdOutput);
-    CloseHandle(startup.hStdError);
-    if (!launched) throw std::runtime_error("cannot start raveloutils");
+    // Under wine a program that has just ended may hold its streams or its
+    // executable for a moment longer: a refused start is tried again.
+    DWORD error = 0;
+    for (int attempt = 0; attempt < 50; ++attempt) {
+        STARTUPINFOW startup{};
+        startup.cb = sizeof startup;
+        startup.dwFlags = STARTF_USESTDHANDLES;
+        startup.hStdInput = Inheritable(io / "in", false);
+        startup.hStdOutput = Inheritable(io / "out", true);
+        startup.hStdError = Inheritable(io / "err", true);
+        const bool streams = startup.hStdInput != INVALID_HANDLE_VALUE && startup.hStdOutput != INVALID_HANDLE_VALUE &&
+                             startup.hStdError != INVALID_HANDLE_VALUE;
+        const BOOL launched =
+            streams && CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT,
+                                      block.data(), folder.empty() ? nullptr : folder.c_str(), &startup, &process);
+        error = GetLastError();
+        for (const HANDLE stream : {startup.hStdInput, startup.hStdOutput, startup.hStdError})
+            if (stream != INVALID_HANDLE_VALUE) CloseHandle(stream);
+        if (launched) break;
+        process = {};
+        Sleep(50);
+    }
+    if (process.hProcess == nullptr) throw std::runtime_error("cannot start raveloutils (error " + std::to_string(error) + ")");
     CloseHandle(process.hThread);
     const auto id = static_cast<ProcessId>(process.dwProcessId);
     const std::lock_guard<std::mutex> lock(startedMutex);
