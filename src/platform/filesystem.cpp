@@ -17,6 +17,7 @@
 #include "platform/host_files.hpp"
 #include "platform/host_path.hpp"
 #include "runtime/error.hpp"
+#include "runtime/text.hpp"   // for LCase
 
 namespace ravelo::platform {
 namespace {
@@ -27,11 +28,6 @@ using faults::CountFileOperation;
 
 bool HasNul(std::string_view s) { return s.find('\0') != std::string_view::npos; }
 char Lower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
-
-std::string LowerAscii(std::string s) {
-    for (char& c : s) c = Lower(c);
-    return s;
-}
 
 bool HasWildcard(std::string_view name) { return name.find_first_of("*?") != std::string_view::npos; }
 
@@ -370,7 +366,7 @@ void FileSystem::Name(std::string_view from, std::string_view to) {
     if (host::GetStatus(target, targetSt, false)) {
         // The target name found in another case may be the source itself: a
         // change of case only, which takes the case given.
-        const bool sameName = host::kNamesIgnoreCase && LowerAscii(target) == LowerAscii(source);
+        const bool sameName = host::kNamesIgnoreCase && LCase(target) == LCase(source);
         if (!sameName && !host::SameFile(targetSt, st)) Raise(kPathFileAccess);
         target = Child(Parent(target), SplitPattern(to).second);
         source = host::StoredCase(source);

@@ -47,23 +47,16 @@ protected:
 };
 
 TEST_F(Evaluator, AnswersAndPassesOfTheTable) {
-    const auto path = std::filesystem::path(RAVELO_TEST_DATA) / "calc/evaluator.tsv";
-    std::istringstream table(test::ReadHostFile(path));
-    int rows = 0;
-    for (std::string line; std::getline(table, line);) {
-        if (line.empty() || line[0] == '#') continue;
-        std::vector<std::string> f;
-        for (std::size_t at = 0, end = 0; end != std::string::npos; at = end + 1)
-            f.push_back(line.substr(at, (end = line.find('\t', at)) - at));
+    const auto rows = test::TableRows(std::filesystem::path(RAVELO_TEST_DATA) / "calc/evaluator.tsv");
+    for (const auto& f : rows) {
         std::string answer;
         const int error = test::ErrorOf([&] { answer = Evaluate(f[0]); });
-        EXPECT_EQ(error ? "!" + std::to_string(error) : answer, f[1]) << line;
+        EXPECT_EQ(error ? "!" + std::to_string(error) : answer, f[1]) << f[0];
         if (f.size() < 3 || f[2] != "*") {
-            EXPECT_EQ(display.bottom, std::vector(f.begin() + 2, f.end())) << line;
+            EXPECT_EQ(display.bottom, std::vector(f.begin() + 2, f.end())) << f[0];
         }
-        ++rows;
     }
-    EXPECT_EQ(rows, 36);
+    EXPECT_EQ(rows.size(), 36u);
     // The answer is read back from its text: ln 1000 / ln 10 is just below 3.
     Evaluate("(log(1000))");
     EXPECT_EQ(shared.LastAnswer, 3);

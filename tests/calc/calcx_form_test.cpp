@@ -36,17 +36,11 @@ std::string AnswerLine(const std::string& typed, const std::string& variableAnsw
 }
 
 TEST(CalcxForm, GoldenAnswersAndEquationsCalculateNeedsADigitBeforeTheLastTwoCharacters) {
-    std::istringstream table(test::ReadHostFile(kData / "calculator.tsv"));
-    int rows = 0;
-    for (std::string line; std::getline(table, line);) {
-        if (line.empty() || line[0] == '#') continue;
-        const std::size_t tab = line.find('\t'), tab2 = line.find('\t', tab + 1);
-        const std::string expected = line.substr(tab + 1, tab2 - tab - 1);
-        EXPECT_EQ(AnswerLine(line.substr(0, tab), tab2 == std::string::npos ? "" : line.substr(tab2 + 1)),
-                  expected == "-" ? VersionLine() : expected) << line;
-        ++rows;
+    const auto rows = test::TableRows(kData / "calculator.tsv");
+    for (const auto& f : rows) {
+        EXPECT_EQ(AnswerLine(f[0], f.size() > 2 ? f[2] : ""), f[1] == "-" ? VersionLine() : f[1]) << f[0];
     }
-    EXPECT_EQ(rows, 20);
+    EXPECT_EQ(rows.size(), 20u);
 }
 
 // Each runs/NAME.script (its comments say what it shows) prints runs/NAME.out,

@@ -22,26 +22,8 @@ using test::TestProgram;
 // The rows of tests/data/filcvrt.tsv for one routine, the escapes read.
 std::vector<std::vector<std::string>> Rows(const std::string& routine) {
     std::vector<std::vector<std::string>> rows;
-    std::istringstream lines(test::ReadHostFile(std::string(RAVELO_TEST_DATA) + "/filcvrt.tsv"));
-    for (std::string line; std::getline(lines, line);) {
-        if (line.empty() || line[0] == '#') continue;
-        std::vector<std::string> fields(1);
-        for (std::size_t i = 0; i < line.size(); ++i) {
-            char c = line[i];
-            if (c == '\t') {
-                fields.emplace_back();
-                continue;
-            }
-            if (c == '\\' && line[++i] == 'x') {
-                c = static_cast<char>(std::stoi(line.substr(i + 1, 2), nullptr, 16));
-                i += 2;
-            } else if (c == '\\') {
-                c = line[i] == 't' ? '\t' : line[i] == 'r' ? '\r' : line[i] == 'n' ? '\n' : line[i];
-            }
-            fields.back() += c;
-        }
+    for (auto& fields : test::TableRows(std::string(RAVELO_TEST_DATA) + "/filcvrt.tsv"))
         if (fields[0] == routine) rows.emplace_back(fields.begin() + 1, fields.end());
-    }
     return rows;
 }
 

@@ -23,22 +23,6 @@ using Args = std::vector<std::string>;
 double D(const std::string& s) { return std::strtod(s.c_str(), nullptr); }
 long long L(const std::string& s) { return std::stoll(s); }
 
-// A table line's fields; "\xHH" stands for a byte.
-Args Fields(const std::string& line) {
-    Args fields(1);
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] == '\t') {
-            fields.emplace_back();
-        } else if (line.compare(i, 2, "\\x") == 0) {
-            fields.back() += static_cast<char>(std::stoi(line.substr(i + 2, 2), nullptr, 16));
-            i += 3;
-        } else {
-            fields.back() += line[i];
-        }
-    }
-    return fields;
-}
-
 // Routines of one or two texts, giving a text.
 template <auto F>
 std::string Of1(const Args& a) { return std::string(F(a[0])); }
@@ -100,13 +84,8 @@ const std::map<std::string, std::function<double(const Args&)>> kNumberResults =
 }  // namespace
 
 TEST(Routines, GiveTheTabledResultsAndFaults) {
-    const auto path = std::filesystem::path(RAVELO_TEST_DATA) / "runtime/routines.tsv";
-    std::istringstream table(test::ReadHostFile(path));
-    int rows = 0;
-    for (std::string line; std::getline(table, line);) {
-        if (line.empty() || line[0] == '#') continue;
-        ++rows;
-        Args f = Fields(line);
+    const auto rows = test::TableRows(std::filesystem::path(RAVELO_TEST_DATA) / "runtime/routines.tsv");
+    for (Args f : rows) {
         const std::string name = f[0], expected = f[1];
         f.erase(f.begin(), f.begin() + 2);
         // A number result is shown as the expected text when it equals its value.
@@ -119,7 +98,7 @@ TEST(Routines, GiveTheTabledResultsAndFaults) {
                 got = expected[0] != '!' && value == D(expected) ? expected : "(" + std::to_string(value) + ")";
             }
         });
-        EXPECT_EQ(error ? "!" + std::to_string(error) : got, expected) << line;
+        EXPECT_EQ(error ? "!" + std::to_string(error) : got, expected) << name;
     }
-    EXPECT_EQ(rows, 143);
+    EXPECT_EQ(rows.size(), 143u);
 }

@@ -40,4 +40,28 @@ void WriteHostFile(const std::filesystem::path& path, const std::string& bytes) 
     out << bytes;
 }
 
+std::vector<std::vector<std::string>> TableRows(const std::filesystem::path& path) {
+    std::vector<std::vector<std::string>> rows;
+    std::istringstream lines(ReadHostFile(path));
+    for (std::string line; std::getline(lines, line);) {
+        if (line.empty() || line[0] == '#') continue;
+        std::vector<std::string>& fields = rows.emplace_back(1);
+        for (std::size_t i = 0; i < line.size(); ++i) {
+            const char c = line[i], next = i + 1 < line.size() ? line[i + 1] : '\0';
+            if (c == '\t') {
+                fields.emplace_back();
+            } else if (c == '\\' && next == 'x' && i + 3 < line.size()) {
+                fields.back() += static_cast<char>(std::stoi(line.substr(i + 2, 2), nullptr, 16));
+                i += 3;
+            } else if (c == '\\' && (next == 't' || next == 'r' || next == 'n' || next == '\\')) {
+                fields.back() += next == 't' ? '\t' : next == 'r' ? '\r' : next == 'n' ? '\n' : '\\';
+                ++i;
+            } else {
+                fields.back() += c;
+            }
+        }
+    }
+    return rows;
+}
+
 }  // namespace ravelo::test

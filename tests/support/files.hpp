@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace ravelo::test {
 
@@ -24,5 +25,10 @@ private:
 // Bytes of a host file ("" when missing).
 std::string ReadHostFile(const std::filesystem::path& path);
 void WriteHostFile(const std::filesystem::path& path, const std::string& bytes);
+
+// The rows of a table of cases (tab-separated fields; blank lines and lines
+// starting with "#" left out). In a field "\xHH" is that byte, "\t", "\r",
+// "\n" and "\\" the character; any other backslash stands as it is.
+std::vector<std::vector<std::string>> TableRows(const std::filesystem::path& path);
 
 }  // namespace ravelo::test

@@ -1,5 +1,6 @@
 // The file system calls of a POSIX host.
 #include "platform/host_files.hpp"
+#include "platform/host_path.hpp"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -109,7 +110,7 @@ bool ListFolder(const std::string& folder, std::vector<Entry>& entries) {
         Kind kind = entry->d_type == DT_DIR ? Kind::Folder : entry->d_type == DT_REG ? Kind::File : Kind::Other;
         if (entry->d_type == DT_UNKNOWN || entry->d_type == DT_LNK) {
             Status status;
-            if (!GetStatus(folder == "/" ? "/" + name : folder + "/" + name, status)) continue;
+            if (!GetStatus(Child(folder, name), status)) continue;
             kind = status.kind;
         }
         entries.push_back({name, kind});
